@@ -1,0 +1,54 @@
+#pragma once
+
+namespace tessel {
+
+class CloudService;
+class Clock;
+class Device;
+class FileManager;
+class FolderReader;
+class MainQueue;
+class NotificationCenter;
+class ResourceValues;
+class TextServices;
+class TypeRegistry;
+class UnifiedLog;
+class UserDefaults;
+
+namespace platform {
+
+/// Every service that the program reaches, by reference. Whoever installs it owns the services.
+struct Services {
+    Clock& clock;
+    MainQueue& mainQueue;
+    NotificationCenter& notifications;
+    UnifiedLog& log;
+    TextServices& text;
+    TypeRegistry& types;
+    FileManager& files;
+    ResourceValues& resources;
+    FolderReader& folders;
+    CloudService& cloud;
+    UserDefaults& defaults;
+    Device& device;
+};
+
+/// The installed platform: the program's one global. Undefined before a Scope exists.
+[[nodiscard]] const Services& installed();
+
+/// Installs services for the length of a scope; the services and the scope are made and destroyed on the main thread,
+/// and no other thread of the program outlives them. Scopes nest: a test wraps one service by installing a copy.
+class Scope {
+public:
+    explicit Scope(const Services&);
+    ~Scope();
+    Scope(const Scope&) = delete;
+    Scope& operator=(const Scope&) = delete;
+
+private:
+    const Services services_;
+    const Services* const outer_;
+};
+
+} // namespace platform
+} // namespace tessel

@@ -1,0 +1,108 @@
+#pragma once
+
+#include "platform/base/Error.h"
+#include "platform/documents/ListRow.h"
+#include "platform/ui/ViewController.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tessel {
+
+class DocumentListController;
+class SearchController;
+
+/// Told by a list what the user did in it and what became of its folder.
+class DocumentListControllerDelegate {
+public:
+    virtual ~DocumentListControllerDelegate() = default;
+
+    /// A folder was pressed; `newList` shows it and is not on any stack yet.
+    virtual void documentListControllerDidSelectContainerWithViewController(
+        DocumentListController&, const std::shared_ptr<DocumentListController>& newList) = 0;
+    /// A document, package or link was pressed.
+    virtual void documentListControllerDidSelectItemAtURL(DocumentListController&, const URL&) = 0;
+    /// The items, or which of them are selected, have changed.
+    virtual void documentListControllerItemsChanged(DocumentListController&) = 0;
+    /// The presented folder was removed or moved away. Told once.
+    virtual void documentListControllerURLWasRemoved(DocumentListController&) = 0;
+};
+
+enum class ListState {
+    Loading, ///< the listing is not complete; rows may already be there
+    Complete,
+    Failed, ///< there is no listing; `failure` says why
+};
+
+/// A list of one folder's items, in natural order, kept true while other programs change the folder. Hidden items are
+/// not shown; in the drive's top folder the app libraries are. Main thread only; listing happens elsewhere.
+class DocumentListController : public ViewController {
+public:
+    using Hierarchy = std::vector<std::shared_ptr<DocumentListController>>;
+
+    /// The list of the drive's top folder, or null when there is no drive.
+    [[nodiscard]] static std::shared_ptr<DocumentListController> create();
+    [[nodiscard]] static std::shared_ptr<DocumentListController> create(const URL& folder);
+
+    /// The lists from the drive's top folder down to `folder`; none for a URL that is no folder of the drive.
+    [[nodiscard]] static std::optional<Hierarchy> listControllerHierarchyForURL(const URL& folder);
+
+    ~DocumentListController() override;
+
+    [[nodiscard]] std::string className() const override { return "DocumentListController"; }
+    [[nodiscard]] std::string description() const override;
+
+    [[nodiscard]] const URL& presentedURL() const { return presentedURL_; }
+
+    std::weak_ptr<DocumentListControllerDelegate> delegate;
+    std::uint32_t offeredActions = 0; ///< bit n offers list action code n
+
+    [[nodiscard]] std::size_t containedItemCount() const;
+    /// Made anew by each call.
+    [[nodiscard]] std::vector<URL> containedItemURLs() const;
+
+    /// In list order.
+    [[nodiscard]] std::vector<URL> selectedItemURLs() const;
+    /// URLs that are not in the list are ignored.
+    void setSelectedItemURLs(const std::vector<URL>&);
+    [[nodiscard]] bool editing() const { return editing_; }
+    /// Leaving editing clears the selection.
+    void setEditing(bool, Animated);
+
+    /// Whether the list has a search field.
+    [[nodiscard]] virtual bool shouldShowSearch() const { return true; }
+    /// Puts the query into the search field, as if the user had typed it; an empty one ends the search. The results are
+    /// in the SearchController that is then presented over the navigation controller.
+    void startSearch(const std::string& query);
+    void makeSearchFieldFirstResponder() { searchFieldIsFirstResponder_ = true; }
+    [[nodiscard]] bool searchFieldIsFirstResponder() const { return searchFieldIsFirstResponder_; }
+
+    // For the shells.
+
+    [[nodiscard]] ListState state() const;
+    [[nodiscard]] const std::optional<Error>& failure() const;
+    [[nodiscard]] ListRow row(std::size_t index) const;
+    /// Presses a row: opens it, or, while editing, selects or deselects it.
+    void pressRow(std::size_t index);
+    /// The rows that can be seen, for which counts, tags and package sizes are fetched first. An empty range fetches
+    /// none.
+    void setVisibleRows(std::size_t first, std::size_t count);
+    /// Whether something is still being fetched: the listing, or details of visible rows.
+    [[nodiscard]] bool isBusy() const;
+    /// Lists the folder again after a failure.
+    void retry();
+
+protected:
+    explicit DocumentListController(const URL& folder);
+
+private:
+    URL presentedURL_;
+    bool editing_ = false;
+    bool searchFieldIsFirstResponder_ = false;
+};
+
+} // namespace tessel

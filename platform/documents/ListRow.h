@@ -1,0 +1,35 @@
+#pragma once
+
+#include "platform/base/Date.h"
+#include "platform/base/URL.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tessel {
+
+enum class RowKind : std::uint8_t {
+    File,
+    Folder,
+    Package, ///< a folder shown as one document
+    Link,    ///< a symbolic link or an alias file
+    Library, ///< the top folder of another application's documents
+};
+
+/// One row of a folder list as a shell shows it: a copy of what is known at this moment. What is not known yet is
+/// absent and follows by a row change.
+struct ListRow {
+    RowKind kind = RowKind::File;
+    std::string title; ///< fit for display (TextServices::displayName)
+    URL url;
+    std::optional<std::uint64_t> size;      ///< bytes; of files and packages
+    std::optional<std::uint32_t> itemCount; ///< visible items; of folders and libraries
+    std::optional<Date> modified;
+    std::vector<std::string> tags;
+    bool inCloud = false; ///< its content is not on the device
+    bool selected = false;
+};
+
+} // namespace tessel

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "platform/run/Clock.h"
+#include "platform/run/DispatchQueue.h"
+
+#include <condition_variable>
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <mutex>
+#include <optional>
+
+namespace tessel {
+
+/// The main queue. A shell's loop drains it; nothing runs on it by itself.
+///
+/// `async` and `after` may be called from any thread, everything else on the main thread.
+class MainQueue final : public DispatchQueue {
+public:
+    /// A delayed task that has not run yet; destroying it does nothing, `cancel` takes the task back.
+    class DelayedTask {
+    public:
+        void cancel() { *cancelled_ = true; }
+
+    private:
+        friend class MainQueue;
+        std::shared_ptr<bool> cancelled_ = std::make_shared<bool>(false);
+    };
+
+    explicit MainQueue(const Clock& clock) : clock_(clock) {}
+
+    void async(Task) override;
+
+    /// Runs the task once `seconds` (>= 0) have passed on the clock, behind earlier tasks due at the same moment.
+    /// Cancel on the main thread only.
+    DelayedTask after(double seconds, Task);
+
+    /// Runs what is ready, tasks that these add included, until nothing is.
+    /// @returns whether anything ran.
+    bool runReady();
+
+    /// Runs at most one ready task, for loops that must look elsewhere in between.
+    bool runOne();
+
+    /// When the next delayed task falls due, by the clock's uptime.
+    [[nodiscard]] std::optional<Clock::Ticks> nextDue() const;
+
+    /// Called, from any thread, when a task was added: the shell's chance to wake its loop. Set before other threads
+    /// run.
+    void setWakeHandler(std::function<void()> handler) { wake_ = std::move(handler); }
+
+private:
+    struct Delayed {
+        Task task;
+        std::shared_ptr<bool> cancelled;
+    };
+
+    std::optional<Task> takeReady();
+
+    const Clock& clock_;
+    mutable std::mutex mutex_;
+    std::deque<Task> ready_;
+    std::multimap<Clock::Ticks, Delayed> delayed_;
+    std::function<void()> wake_;
+};
+
+} // namespace tessel
