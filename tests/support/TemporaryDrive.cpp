@@ -22,9 +22,11 @@ TemporaryDrive::TemporaryDrive()
 TemporaryDrive::~TemporaryDrive()
 {
     std::error_code ignored;
-    for (const auto& entry : fs::recursive_directory_iterator(path_, ignored))
-        if (entry.is_directory(ignored) && !entry.is_symlink(ignored))
-            fs::permissions(entry.path(), fs::perms::owner_all, fs::perm_options::add, ignored);
+    const auto options = fs::directory_options::skip_permission_denied;
+    for (auto entry = fs::recursive_directory_iterator(path_, options, ignored);
+         entry != fs::recursive_directory_iterator(); entry.increment(ignored))
+        if (entry->is_directory(ignored) && !entry->is_symlink(ignored))
+            fs::permissions(entry->path(), fs::perms::owner_all, fs::perm_options::add, ignored);
     fs::remove_all(path_, ignored);
 }
 
