@@ -1,0 +1,30 @@
+# Every task of the project, one command each.
+.PHONY: run test lint bench sanitize packages release dev
+
+run: release
+	build/release/tesseldrive --home build/example
+
+test: dev
+	ctest --test-dir build/dev --output-on-failure --no-tests=error --parallel 2
+
+lint: packages
+	scripts/lint
+
+bench: packages
+	cmake --preset bench
+	cmake --build build/bench
+	build/bench/bench/tesseldrive_bench
+
+sanitize: packages
+	scripts/sanitize
+
+packages:
+	@scripts/install-packages
+
+release: packages
+	cmake --preset release
+	cmake --build build/release
+
+dev: packages
+	cmake --preset dev
+	cmake --build build/dev
