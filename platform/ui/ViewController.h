@@ -19,6 +19,9 @@ struct NavigationItem {
 };
 
 /// Controls one screen or part of it. Made as a shared pointer; main thread only.
+///
+/// A controller may leave the screen from inside one of its own operations: whoever let go of it keeps it alive until
+/// the main queue's next task.
 class ViewController : public std::enable_shared_from_this<ViewController> {
 public:
     ViewController() = default;
@@ -31,7 +34,7 @@ public:
     [[nodiscard]] virtual std::string description() const { return "<" + className() + ">"; }
 
     /// The view, loaded by the first call.
-    [[nodiscard]] View& view();
+    View& view();
 
     [[nodiscard]] const std::string& title() const { return title_; }
     /// Also sets the navigation item's title.
@@ -41,13 +44,13 @@ public:
     std::string restorationIdentifier; ///< empty: the state is not restored
 
     /// The stack that this controller is on, if any.
-    [[nodiscard]] std::shared_ptr<NavigationController> navigationController() const { return navigation_.lock(); }
+    [[nodiscard]] std::shared_ptr<NavigationController> navigationController() const;
 
     /// What is shown over this controller and its children; at most one.
     [[nodiscard]] const std::shared_ptr<ViewController>& presentedViewController() const { return presented_; }
-    /// Replaces what was presented.
+    /// Replaces what was presented; the same controller again changes nothing.
     void present(std::shared_ptr<ViewController>, Animated);
-    /// Ends what this controller presents; nothing without it.
+    /// Ends what this controller presents, and what that presents in turn; nothing without it.
     void dismiss(Animated);
 
     /// State restoration; an override calls its base first.
@@ -60,8 +63,13 @@ protected:
     /// This controller, which another one presented, is no longer shown.
     virtual void wasDismissed() {}
 
+    /// Lets go of a controller in a task of its own, so that its running operations can return.
+    static void releaseLater(std::shared_ptr<ViewController>);
+
 private:
     friend class NavigationController;
+
+    void replacePresented(std::shared_ptr<ViewController>);
 
     std::unique_ptr<View> view_;
     std::string title_;
