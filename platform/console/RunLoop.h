@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/console/LineSource.h"
+
+namespace tessel {
+
+/// Runs the main queue while the console waits: for input, for time to pass, for the screen to be complete. All times
+/// are those of the platform's clock. Main thread only.
+class RunLoop {
+public:
+    explicit RunLoop(LineSource& source) : source_(source) {}
+
+    /// The next line, or the end; never `Woken`.
+    Input nextInput();
+
+    /// Runs what is ready, and on while the shown list is being fetched, all its rows' details included.
+    /// @returns false when it is still being fetched after `limit`.
+    bool runWhileBusy(Clock::Ticks limit);
+    /// The same, and waits for delayed work that is due within 2 seconds.
+    bool settle(Clock::Ticks limit);
+    void runFor(Clock::Ticks duration);
+
+private:
+    enum class DelayedWork { Ignore, Await };
+
+    bool runUntilQuiet(Clock::Ticks limit, DelayedWork);
+    /// Sleeps until `deadline`, the next delayed task, or a wake-up, whichever comes first.
+    void waitForWork(Clock::Ticks deadline);
+
+    LineSource& source_;
+};
+
+} // namespace tessel
