@@ -1,0 +1,44 @@
+#include "platform/linux/base/ErrnoError.h"
+
+#include <cerrno>
+#include <cstring>
+
+namespace tessel {
+
+namespace {
+
+Error codeOf(int errorNumber)
+{
+    switch (errorNumber) {
+    case ENOENT:
+    case ENOTDIR:
+        return {Domain::General, ErrorCode::kNoSuchFile, {}, {}};
+    case EACCES:
+    case EPERM:
+        return {Domain::General, ErrorCode::kReadNoPermission, {}, {}};
+    default:
+        return {Domain::System, errorNumber, {}, {}};
+    }
+}
+
+// A reason that the user can act on: to a person "Not a directory" and "Operation not permitted" say no more.
+std::string reasonOf(const Error& error, int errorNumber)
+{
+    if (error.domain == Domain::General)
+        errorNumber = error.code == ErrorCode::kNoSuchFile ? ENOENT : EACCES;
+    const char* text = ::strerrordesc_np(errorNumber);
+    return text ? text : "Unknown error " + std::to_string(errorNumber);
+}
+
+} // namespace
+
+Error errnoError(int errorNumber, const URL& item)
+{
+    auto error = codeOf(errorNumber);
+    error.failureReason = reasonOf(error, errorNumber);
+    error.description =
+        "The operation on “" + std::string(item.lastPathComponent()) + "” failed: " + error.failureReason + ".";
+    return error;
+}
+
+} // namespace tessel

@@ -1,0 +1,117 @@
+#include "platform/linux/files/AtomicFile.h"
+
+#include "platform/linux/base/ErrnoError.h"
+#include "platform/linux/files/FileDescriptor.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+
+namespace tessel {
+
+namespace {
+
+bool writeAll(int descriptor, std::string_view bytes)
+{
+    while (!bytes.empty()) {
+        const auto written = ::write(descriptor, bytes.data(), bytes.size());
+        if (written < 0 && errno != EINTR)
+            return false;
+        if (written > 0)
+            bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+// A file under a name of its own, removed again unless it was renamed into place.
+class TemporarySibling {
+public:
+    explicit TemporarySibling(const URL& url)
+        : path_(url.deletingLastPathComponent().appending(".tsd-temporary-XXXXXX").path()),
+          descriptor_(::mkostemp(path_.data(), O_CLOEXEC)), exists_(descriptor_.isOpen())
+    {
+    }
+    TemporarySibling(const TemporarySibling&) = delete;
+    TemporarySibling& operator=(const TemporarySibling&) = delete;
+    ~TemporarySibling()
+    {
+        if (exists_)
+            ::unlink(path_.c_str());
+    }
+
+    [[nodiscard]] bool fill(std::string_view bytes)
+    {
+        return exists_ && writeAll(descriptor_.get(), bytes) && ::fsync(descriptor_.get()) == 0 &&
+               ::close(descriptor_.release()) == 0;
+    }
+
+    [[nodiscard]] bool renameTo(const std::string& path)
+    {
+        exists_ = std::rename(path_.c_str(), path.c_str()) != 0;
+        return !exists_;
+    }
+
+private:
+    std::string path_;
+    FileDescriptor descriptor_;
+    bool exists_;
+};
+
+// Fills the buffer up to the end of the file; none after an error.
+std::optional<std::size_t> readAll(int descriptor, std::string& buffer)
+{
+    std::size_t length = 0;
+    while (length < buffer.size()) {
+        const auto count = ::read(descriptor, buffer.data() + length, buffer.size() - length);
+        if (count == 0)
+            break;
+        if (count > 0)
+            length += static_cast<std::size_t>(count);
+        else if (errno != EINTR)
+            return std::nullopt;
+    }
+    return length;
+}
+
+bool syncFolder(const URL& folder)
+{
+    const FileDescriptor descriptor(::open(folder.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    return descriptor.isOpen() && ::fsync(descriptor.get()) == 0;
+}
+
+} // namespace
+
+std::optional<Error> writeFileAtomically(const URL& url, std::string_view bytes)
+{
+    int errorNumber = 0;
+    {
+        TemporarySibling sibling(url);
+        if (!sibling.fill(bytes) || !sibling.renameTo(url.path()) || !syncFolder(url.deletingLastPathComponent()))
+            errorNumber = errno;
+    }
+    return errorNumber == 0 ? std::nullopt : std::optional(errnoError(errorNumber, url));
+}
+
+Result<std::string> readSmallFile(const URL& url, std::size_t limit)
+{
+    const FileDescriptor descriptor(::open(url.path().c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    struct stat status = {};
+    if (!descriptor.isOpen() || ::fstat(descriptor.get(), &status) != 0)
+        return errnoError(errno, url);
+    if (!S_ISREG(status.st_mode))
+        return errnoError(EINVAL, url);
+    // One byte more than allowed shows that a file is too long, even one that grows.
+    std::string content(limit + 1, '\0');
+    const auto length = readAll(descriptor.get(), content);
+    if (!length)
+        return errnoError(errno, url);
+    if (*length > limit)
+        return errnoError(EFBIG, url);
+    content.resize(*length);
+    return content;
+}
+
+} // namespace tessel

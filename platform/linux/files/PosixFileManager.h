@@ -1,0 +1,22 @@
+#pragma once
+
+#include "platform/files/FileManager.h"
+
+namespace tessel {
+
+/// The file manager on the kernel's own calls.
+class PosixFileManager final : public FileManager {
+public:
+    Result<FileAttributes> attributes(const std::string& path) const override;
+    Result<std::string> destinationOfSymbolicLink(const URL&) const override;
+    /// A URL whose links lead in a circle comes back as it is.
+    [[nodiscard]] URL resolvingSymbolicLinks(const URL&) const override;
+    /// A target that is gone is a no-such-file error (4); one that is in the cloud only is there.
+    Result<URL> resolvingAliasFile(const URL&) const override;
+    /// Uses three descriptors at most and no recursion, however deep the tree is. An item that goes meanwhile is left
+    /// out without an error. The order within a folder is the file system's.
+    void enumerateDeep(const URL& folder, const std::function<void(const URL&, const FileAttributes&)>& visit,
+                       const std::function<OnEnumerationError(const URL&, const Error&)>& onError) const override;
+};
+
+} // namespace tessel

@@ -1,0 +1,131 @@
+#include "platform/linux/base/ErrnoError.h"
+#include "platform/linux/files/FileDescriptor.h"
+#include "platform/linux/files/FileStatus.h"
+#include "platform/linux/files/PosixFileManager.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+namespace tessel {
+
+namespace {
+
+constexpr int kOpenFolder = O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC;
+
+// Opens a folder below another by a path of any length: in parts that the kernel takes (PATH_MAX), which may not end
+// in a link.
+FileDescriptor openBelow(int root, std::string_view path)
+{
+    constexpr std::size_t kMaximumPart = 4000;
+    FileDescriptor folder;
+    int start = root;
+    do {
+        auto part = path.substr(0, kMaximumPart);
+        if (part.size() < path.size())
+            part = part.substr(0, part.rfind('/'));
+        const auto name = part.empty() ? std::string(".") : std::string(part);
+        folder = FileDescriptor(::openat(start, name.c_str(), kOpenFolder | O_NOFOLLOW));
+        start = folder.get();
+        path.remove_prefix(std::min(part.size() + 1, path.size()));
+    } while (folder.isOpen() && !path.empty());
+    return folder;
+}
+
+struct CloseFolder {
+    void operator()(DIR* stream) const { ::closedir(stream); }
+};
+using FolderStream = std::unique_ptr<DIR, CloseFolder>;
+
+FolderStream streamOf(FileDescriptor folder)
+{
+    FolderStream stream(folder.isOpen() ? ::fdopendir(folder.get()) : nullptr);
+    if (stream)
+        static_cast<void>(folder.release());
+    return stream;
+}
+
+class DeepEnumeration {
+public:
+    using Visit = std::function<void(const URL&, const FileAttributes&)>;
+    using OnError = std::function<OnEnumerationError(const URL&, const Error&)>;
+
+    DeepEnumeration(const URL& root, const Visit& visit, const OnError& onError)
+        : root_(root), visit_(visit), onError_(onError)
+    {
+    }
+
+    void run()
+    {
+        const FileDescriptor root(::open(root_.path().c_str(), kOpenFolder));
+        if (!root.isOpen()) {
+            report(root_, errno);
+            return;
+        }
+        while (!stopped_ && !pending_.empty()) {
+            const auto folder = std::move(pending_.back());
+            pending_.pop_back();
+            readFolder(folder, streamOf(openBelow(root.get(), folder)));
+        }
+    }
+
+private:
+    void readFolder(const std::string& folder, const FolderStream& stream)
+    {
+        const auto url = folder.empty() ? root_ : root_.appending(folder);
+        if (!stream)
+            return reportUnlessGone(url);
+        while (!stopped_) {
+            errno = 0;
+            const auto* entry = ::readdir(stream.get());
+            if (!entry)
+                return errno == 0 ? void() : report(url, errno);
+            const std::string_view name = entry->d_name;
+            if (name != "." && name != "..")
+                describe(folder, url.appending(name), fileAttributesAt(::dirfd(stream.get()), entry->d_name));
+        }
+    }
+
+    void describe(const std::string& folder, const URL& url, const std::optional<FileAttributes>& attributes)
+    {
+        if (!attributes)
+            return reportUnlessGone(url);
+        if (attributes->kind == FileKind::Directory)
+            pending_.push_back((folder.empty() ? folder : folder + '/') + std::string(url.lastPathComponent()));
+        visit_(url, *attributes);
+    }
+
+    void reportUnlessGone(const URL& url)
+    {
+        if (errno != ENOENT)
+            report(url, errno);
+    }
+
+    void report(const URL& url, int errorNumber)
+    {
+        if (onError_(url, errnoError(errorNumber, url)) == OnEnumerationError::Stop)
+            stopped_ = true;
+    }
+
+    const URL root_;
+    const Visit& visit_;
+    const OnError& onError_;
+    // Paths below the root of folders that are still to be read; the empty one is the root's own.
+    std::vector<std::string> pending_ = {std::string()};
+    bool stopped_ = false;
+};
+
+} // namespace
+
+void PosixFileManager::enumerateDeep(const URL& folder, const DeepEnumeration::Visit& visit,
+                                     const DeepEnumeration::OnError& onError) const
+{
+    DeepEnumeration(folder, visit, onError).run();
+}
+
+} // namespace tessel
