@@ -3,12 +3,12 @@
 #include "platform/run/Clock.h"
 #include "platform/run/DispatchQueue.h"
 
-#include <condition_variable>
-#include <cstdint>
 #include <deque>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <optional>
+#include <utility>
 
 namespace tessel {
 
@@ -17,14 +17,23 @@ namespace tessel {
 /// `async` and `after` may be called from any thread, everything else on the main thread.
 class MainQueue final : public DispatchQueue {
 public:
-    /// A delayed task that has not run yet; destroying it does nothing, `cancel` takes the task back.
+    /// A delayed task that has not run yet, or none. Destroying it does nothing; `cancel` takes the task back and lets
+    /// go of what it holds. Cancelling twice, late, or from the task itself does nothing.
     class DelayedTask {
     public:
-        void cancel() { *cancelled_ = true; }
+        DelayedTask() = default;
+
+        void cancel()
+        {
+            if (task_)
+                std::exchange(*task_, nullptr);
+        }
 
     private:
         friend class MainQueue;
-        std::shared_ptr<bool> cancelled_ = std::make_shared<bool>(false);
+        explicit DelayedTask(std::shared_ptr<Task> task) : task_(std::move(task)) {}
+
+        std::shared_ptr<Task> task_;
     };
 
     explicit MainQueue(const Clock& clock) : clock_(clock) {}
@@ -42,7 +51,7 @@ public:
     /// Runs at most one ready task, for loops that must look elsewhere in between.
     bool runOne();
 
-    /// When the next delayed task falls due, by the clock's uptime.
+    /// When the next delayed task falls due, by the clock's uptime. A cancelled one still counts.
     [[nodiscard]] std::optional<Clock::Ticks> nextDue() const;
 
     /// Called, from any thread, when a task was added: the shell's chance to wake its loop. Set before other threads
@@ -50,17 +59,14 @@ public:
     void setWakeHandler(std::function<void()> handler) { wake_ = std::move(handler); }
 
 private:
-    struct Delayed {
-        Task task;
-        std::shared_ptr<bool> cancelled;
-    };
-
     std::optional<Task> takeReady();
+    void moveDueToReady();
+    void wake() const;
 
     const Clock& clock_;
     mutable std::mutex mutex_;
     std::deque<Task> ready_;
-    std::multimap<Clock::Ticks, Delayed> delayed_;
+    std::multimap<Clock::Ticks, std::shared_ptr<Task>> delayed_;
     std::function<void()> wake_;
 };
 

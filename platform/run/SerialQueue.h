@@ -1,36 +1,26 @@
 #pragma once
 
 #include "platform/run/DispatchQueue.h"
+#include "platform/run/OperationQueue.h"
 
-#include <condition_variable>
-#include <deque>
-#include <mutex>
 #include <string>
-#include <thread>
+#include <utility>
 
 namespace tessel {
 
-/// A named queue with one thread of its own, started by the first task.
+/// A named queue with one thread of its own, started by the first task. Destroying it drops what has not begun and
+/// waits for the task that runs; never do so from a task of this queue.
 class SerialQueue final : public DispatchQueue {
 public:
-    explicit SerialQueue(std::string name, QualityOfService = QualityOfService::UserInitiated);
-    /// Drops what has not begun and waits for the task that runs. Never call it from a task of this queue.
-    ~SerialQueue() override;
+    explicit SerialQueue(std::string name, QualityOfService quality = QualityOfService::UserInitiated)
+        : operations_(std::move(name), quality)
+    {
+    }
 
-    void async(Task) override;
-
-    [[nodiscard]] const std::string& name() const { return name_; }
+    void async(Task task) override { operations_.addOperation(std::move(task)); }
 
 private:
-    void run();
-
-    const std::string name_;
-    const QualityOfService quality_;
-    std::mutex mutex_;
-    std::condition_variable changed_;
-    std::deque<Task> tasks_;
-    bool stopping_ = false;
-    std::thread thread_;
+    OperationQueue operations_;
 };
 
 } // namespace tessel

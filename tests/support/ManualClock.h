@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/run/MainQueue.h"
+
+#include <atomic>
+#include <chrono>
+
+namespace tessel {
+
+/// A clock that a test turns by hand. It starts at 2026-11-22T12:00:00 UTC and stands still between turns.
+class ManualClock final : public Clock {
+public:
+    [[nodiscard]] Date now() const override { return Date{kStart.count() + elapsed_.load()}; }
+    [[nodiscard]] Ticks uptime() const override { return Ticks(elapsed_.load()); }
+
+    void advance(double seconds) { elapsed_ += ticks(seconds).count(); }
+    /// @param uptime not before the present one
+    void advanceTo(Ticks uptime) { elapsed_ = uptime.count(); }
+
+    static Ticks ticks(double seconds)
+    {
+        return std::chrono::duration_cast<Ticks>(std::chrono::duration<double>(seconds));
+    }
+
+private:
+    static constexpr Ticks kStart = std::chrono::seconds(1'795'348'800);
+
+    std::atomic<Ticks::rep> elapsed_ = 0;
+};
+
+/// Lets `seconds` pass in no time: goes from one due task to the next, and each runs at its own moment.
+inline void turn(ManualClock& clock, MainQueue& queue, double seconds)
+{
+    const auto end = clock.uptime() + ManualClock::ticks(seconds);
+    queue.runReady();
+    for (auto due = queue.nextDue(); due && *due <= end; due = queue.nextDue()) {
+        clock.advanceTo(*due);
+        queue.runReady();
+    }
+    clock.advanceTo(end);
+    queue.runReady();
+}
+
+} // namespace tessel
