@@ -19,7 +19,7 @@ private:
     std::string_view text_;
 };
 
-inline std::string describe(const StaticText& text)
+inline std::string describe(StaticText text)
 {
     return std::string(text.view());
 }
@@ -27,8 +27,9 @@ inline std::string describe(const StaticText& text)
 /// One step of a format: literal text, then a placeholder, or the end.
 struct LogFormatStep {
     std::string_view literal;
-    std::string_view
-        placeholder; ///< "%s", "%d", "%u", "%lf", "%@", "%{public}@"; "%%" for a percent sign; empty at the end
+    /// "%s", "%d", "%u", "%lf", "%@", "%{public}@", "%%" for a percent sign; "%" for one that means nothing; empty at
+    /// the end.
+    std::string_view placeholder;
     std::string_view rest;
 };
 
@@ -44,53 +45,47 @@ constexpr LogFormatStep nextLogFormatStep(std::string_view format)
     return {format.substr(0, percent), "%", format.substr(percent + 1)};
 }
 
+/// Whether a placeholder may show an argument of this type.
+template <typename Type>
+constexpr bool fitsLogPlaceholder(std::string_view placeholder)
+{
+    if (placeholder == "%s")
+        return std::same_as<Type, StaticText> || std::convertible_to<Type, std::string_view>;
+    if (placeholder == "%d" || placeholder == "%u")
+        return std::integral<Type>;
+    if (placeholder == "%lf")
+        return std::floating_point<Type>;
+    return (placeholder == "%@" || placeholder == "%{public}@") && Describable<Type>;
+}
+
+/// Whether a format has a placeholder for each of these arguments, in this order, and no others.
+template <typename... Arguments>
+constexpr bool fitsLogFormat(std::string_view format)
+{
+    const auto nextPlaceholder = [&format] {
+        LogFormatStep step;
+        do {
+            step = nextLogFormatStep(format);
+            format = step.rest;
+        } while (step.placeholder == "%%");
+        return step.placeholder;
+    };
+    return (fitsLogPlaceholder<std::decay_t<Arguments>>(nextPlaceholder()) && ...) && nextPlaceholder().empty();
+}
+
 /// A format literal, checked against the types of its arguments when the program is compiled.
 template <typename... Arguments>
 class LogFormat {
 public:
     consteval LogFormat(const char* format) : format_(format)
     {
-        std::string_view rest = format_;
-        ((rest = consume<Arguments>(rest)), ...);
-        if (!nextArgumentStep(rest).placeholder.empty())
-            throw "the log format has more placeholders than arguments";
+        if (!fitsLogFormat<Arguments...>(format_))
+            throw "the placeholders of this log format do not fit its arguments";
     }
 
     [[nodiscard]] constexpr std::string_view view() const { return format_; }
 
 private:
-    static constexpr LogFormatStep nextArgumentStep(std::string_view rest)
-    {
-        auto step = nextLogFormatStep(rest);
-        while (step.placeholder == "%%")
-            step = nextLogFormatStep(step.rest);
-        return step;
-    }
-
-    template <typename Argument>
-    static consteval std::string_view consume(std::string_view rest)
-    {
-        using Type = std::decay_t<Argument>;
-        const auto step = nextArgumentStep(rest);
-        if (step.placeholder.empty())
-            throw "the log format has fewer placeholders than arguments";
-        if (!accepts<Type>(step.placeholder))
-            throw "a log format's placeholder does not fit its argument";
-        return step.rest;
-    }
-
-    template <typename Type>
-    static consteval bool accepts(std::string_view placeholder)
-    {
-        if (placeholder == "%s")
-            return std::same_as<Type, StaticText> || std::convertible_to<Type, std::string_view>;
-        if (placeholder == "%d" || placeholder == "%u")
-            return std::integral<Type>;
-        if (placeholder == "%lf")
-            return std::floating_point<Type>;
-        return (placeholder == "%@" || placeholder == "%{public}@") && Describable<Type>;
-    }
-
     std::string_view format_;
 };
 

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -27,6 +28,9 @@ constexpr LogType logType(LogLevel level)
     return level == LogLevel::Error ? LogType::Error : LogType::Default;
 }
 
+/// The level that a command line or a console names: "debug", "info", "warning" or "error".
+[[nodiscard]] std::optional<LogLevel> logLevelNamed(std::string_view);
+
 /// Where lines go. Called under the log's lock, from any thread; it must not log.
 class LogSink {
 public:
@@ -35,6 +39,7 @@ public:
     /// @param line one line without its end; control characters are escaped
     virtual void write(const Date&, LogLevel, std::string_view line) = 0;
 
+    /// What the sink takes; both are set before it is added to a log.
     LogLevel minimumLevel = LogLevel::Debug;
     bool showsPrivateArguments = false;
 };
@@ -50,6 +55,9 @@ public:
         return (enabledTypes_.load(std::memory_order_relaxed) >> static_cast<unsigned>(type)) & 1U;
     }
 
+    /// Writes one line to every sink that takes its level. Control characters of the arguments are escaped, so that a
+    /// file's name can neither break a line nor forge one. An argument is shown if it is a number, StaticText or under
+    /// "%{public}@"; else only sinks that show private arguments do, and others have "<private>" in its place.
     template <typename... Arguments>
     void write(LogLevel level, LogFormat<std::type_identity_t<Arguments>...> format, const Arguments&... arguments)
     {
@@ -85,6 +93,7 @@ private:
     }
 
     void writeLine(LogLevel, std::string_view format, std::span<const Argument>);
+    static std::string formatted(std::string_view format, std::span<const Argument>, bool showsPrivate);
     void updateEnabledTypes();
 
     const Clock& clock_;
