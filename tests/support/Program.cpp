@@ -1,0 +1,171 @@
+#include "tests/support/Program.h"
+
+#include <array>
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <grp.h>
+#include <poll.h>
+#include <stdexcept>
+#include <sys/mman.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <utility>
+
+namespace tessel {
+
+namespace {
+
+constexpr int kPatience = 30'000; ///< milliseconds
+
+std::string programPath()
+{
+    const char* const path = std::getenv("TESSELDRIVE");
+    if (!path)
+        throw std::runtime_error("TESSELDRIVE does not name the program");
+    return path;
+}
+
+std::vector<char*> pointers(std::vector<std::string>& texts)
+{
+    std::vector<char*> result;
+    for (auto& text : texts)
+        result.push_back(text.data());
+    result.push_back(nullptr);
+    return result;
+}
+
+std::array<int, 2> makePipe()
+{
+    std::array<int, 2> ends{};
+    if (::pipe2(ends.data(), O_CLOEXEC) != 0)
+        throw std::runtime_error("no pipe");
+    return ends;
+}
+
+void closeOnce(int& descriptor)
+{
+    if (descriptor >= 0)
+        ::close(std::exchange(descriptor, -1));
+}
+
+} // namespace
+
+Program::Program(const std::vector<std::string>& arguments, std::optional<uid_t> user)
+{
+    std::vector<std::string> words = {programPath()};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    // Nothing of the developer's own home, language or session reaches the program.
+    std::vector<std::string> environment = {"HOME=/nonexistent", "LC_ALL=C.UTF-8", "TZ=UTC"};
+    const auto argumentPointers = pointers(words);
+    const auto environmentPointers = pointers(environment);
+    const auto input = makePipe();
+    const auto output = makePipe();
+    error_ = ::memfd_create("error", MFD_CLOEXEC);
+    std::signal(SIGPIPE, SIG_IGN);
+
+    child_ = ::fork();
+    if (child_ == 0) {
+        std::signal(SIGPIPE, SIG_DFL);
+        ::dup2(input[0], STDIN_FILENO);
+        ::dup2(output[1], STDOUT_FILENO);
+        ::dup2(error_, STDERR_FILENO);
+        if (user && (::setgroups(0, nullptr) != 0 || ::setgid(*user) != 0 || ::setuid(*user) != 0))
+            ::_exit(126);
+        ::execve(argumentPointers[0], argumentPointers.data(), environmentPointers.data());
+        ::_exit(127);
+    }
+    ::close(input[0]);
+    ::close(output[1]);
+    input_ = input[1];
+    output_ = output[0];
+}
+
+Program::~Program()
+{
+    closeOnce(input_);
+    closeOnce(output_);
+    closeOnce(error_);
+    if (child_ > 0) {
+        ::kill(child_, SIGKILL);
+        ::waitpid(child_, nullptr, 0);
+    }
+}
+
+Program::Reply Program::send(std::string_view command)
+{
+    write(std::string(command) + "\n");
+    Reply reply;
+    for (;;) {
+        auto line = readLine();
+        if (line == "ok" || line.starts_with("error: ")) {
+            reply.answer = std::move(line);
+            return reply;
+        }
+        reply.lines.push_back(std::move(line));
+    }
+}
+
+void Program::write(std::string_view bytes) const
+{
+    while (!bytes.empty()) {
+        const auto written = ::write(input_, bytes.data(), bytes.size());
+        if (written < 0)
+            throw std::runtime_error("the program reads no more");
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+}
+
+void Program::closeOutput()
+{
+    closeOnce(output_);
+}
+
+Program::Result Program::finish()
+{
+    closeOnce(input_);
+    while (output_ >= 0 && readMore()) {
+    }
+    int status = 0;
+    ::waitpid(std::exchange(child_, -1), &status, 0);
+    Result result{WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), std::move(unread_), {}};
+    std::array<char, 4096> bytes;
+    off_t offset = 0;
+    for (ssize_t count; (count = ::pread(error_, bytes.data(), bytes.size(), offset)) > 0; offset += count)
+        result.error.append(bytes.data(), static_cast<std::size_t>(count));
+    return result;
+}
+
+Program::Result Program::run(const std::vector<std::string>& arguments, std::string_view input)
+{
+    Program program(arguments);
+    program.write(input);
+    return program.finish();
+}
+
+bool Program::readMore()
+{
+    pollfd descriptor{output_, POLLIN, 0};
+    if (::poll(&descriptor, 1, kPatience) <= 0) {
+        ::kill(child_, SIGKILL);
+        throw std::runtime_error("the program does not answer; so far: " + unread_);
+    }
+    std::array<char, 65536> bytes;
+    const auto count = ::read(output_, bytes.data(), bytes.size());
+    if (count > 0)
+        unread_.append(bytes.data(), static_cast<std::size_t>(count));
+    return count > 0;
+}
+
+std::string Program::readLine()
+{
+    auto end = unread_.find('\n');
+    for (; end == std::string::npos; end = unread_.find('\n'))
+        if (!readMore())
+            throw std::runtime_error("the program ended in the middle of an answer: " + unread_);
+    auto line = unread_.substr(0, end);
+    unread_.erase(0, end + 1);
+    return line;
+}
+
+} // namespace tessel
