@@ -67,4 +67,25 @@ public:
     virtual void stopAccessingSecurityScopedResource(const URL&) = 0;
 };
 
+/// Security-scoped access for the length of a scope, where it is needed.
+class SecurityScopedAccess {
+public:
+    SecurityScopedAccess(ResourceValues& resources, const URL& url)
+        : resources_(resources), url_(url), started_(resources.startAccessingSecurityScopedResource(url))
+    {
+    }
+    ~SecurityScopedAccess()
+    {
+        if (started_)
+            resources_.stopAccessingSecurityScopedResource(url_);
+    }
+    SecurityScopedAccess(const SecurityScopedAccess&) = delete;
+    SecurityScopedAccess& operator=(const SecurityScopedAccess&) = delete;
+
+private:
+    ResourceValues& resources_;
+    const URL url_;
+    const bool started_;
+};
+
 } // namespace tessel

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "platform/base/URL.h"
+#include "platform/base/Value.h"
+#include "platform/files/ResourceValues.h"
+
+#include <optional>
+#include <string>
+
+namespace tessel {
+
+/// Questions about single files. All run on the calling thread.
+class FileUtils {
+public:
+    FileUtils() = delete;
+
+    /// The promised value or, when there is none, the plain one; a none value when neither can be had. Never downloads.
+    [[nodiscard]] static Value getResourceValue(ResourceKey, const std::optional<URL>& forURL);
+
+    /// Logs the dates and the size of a file, or why they cannot be had.
+    static void logFileAttributes(const std::string& path);
+};
+
+} // namespace tessel
