@@ -22,27 +22,34 @@ struct ItemDetails {
     bool isAliasFile = false;
 };
 
-/// Called on the main queue, in this order: at most one `firstRows`, then one `complete` or `failed`; after `complete`
-/// any number of `changed`; at the end at most one `removed`, after which nothing follows. `details` may come between.
+/// Called on the main queue, in this order: at most one `firstRows`, then one `complete`; after it any number of
+/// `changed` and `replaced`; at the end at most one `failed` or `removed`, after which nothing follows. `details` may
+/// come between. Tables are sorted.
 struct FolderReadingClient {
     /// The beginning of the list in its final order, for the screen, while the rest is still being read.
     std::function<void(FolderTable)> firstRows;
+    /// Only ever the whole folder: an error half-way is `failed`.
     std::function<void(FolderTable)> complete;
-    /// What other programs changed, newest state only; names that came, went or are described anew.
+    /// What other programs changed, newest state only; names that came, went or are described anew. At most a few
+    /// hundred at once.
     std::function<void(std::vector<FolderChange>)> changed;
+    /// The folder was read anew, because too much had changed at once to tell it name by name.
+    std::function<void(FolderTable)> replaced;
     std::function<void(const Error&)> failed;
     /// The folder itself was removed, or it or a folder above it was moved away.
     std::function<void()> removed;
-    std::function<void(const std::string& name, const ItemDetails&)> details;
+    std::function<void(const URL& item, const ItemDetails&)> details;
 };
 
-/// One folder being read and then watched. Destroying it, on the main thread, ends all callbacks at once.
+/// One folder being read and then watched. Destroying it, on the main thread, ends all callbacks at once and waits for
+/// nothing.
 class FolderReading {
 public:
     virtual ~FolderReading() = default;
 
-    /// Fetches the details of these items, in this order and before those asked for earlier.
-    virtual void fetchDetails(std::vector<std::string> names) = 0;
+    /// Fetches the details of these items, in this order, in place of those that were asked for earlier and have not
+    /// come yet.
+    virtual void fetchDetails(std::vector<URL> items) = 0;
     /// Whether details that were asked for are still to come.
     [[nodiscard]] virtual bool isFetchingDetails() const = 0;
 };
@@ -58,6 +65,12 @@ struct SearchClient {
     std::function<void()> finished;
 };
 
+/// A search that goes on until it is destroyed, on the main thread, or has finished.
+class FolderSearch {
+public:
+    virtual ~FolderSearch() = default;
+};
+
 /// Reads folders and keeps them true, without ever blocking the main queue.
 class FolderReader {
 public:
@@ -66,8 +79,8 @@ public:
     [[nodiscard]] virtual std::unique_ptr<FolderReading> read(const URL& folder, FolderReadingClient) = 0;
 
     /// Finds the visible items below a folder, at any depth, links not followed, whose names contain the query when
-    /// both are search-folded. Destroying the answer ends the search.
-    [[nodiscard]] virtual std::unique_ptr<FolderReading> search(const URL& folder, std::string query, SearchClient) = 0;
+    /// both are search-folded. What is in packages is not looked at.
+    [[nodiscard]] virtual std::unique_ptr<FolderSearch> search(const URL& folder, std::string query, SearchClient) = 0;
 };
 
 } // namespace tessel

@@ -38,12 +38,12 @@ public:
     ~LinuxFolderReader() override;
 
     [[nodiscard]] std::unique_ptr<FolderReading> read(const URL& folder, FolderReadingClient) override;
-    [[nodiscard]] std::unique_ptr<FolderReading> search(const URL& folder, std::string query, SearchClient) override;
+    [[nodiscard]] std::unique_ptr<FolderSearch> search(const URL& folder, std::string query, SearchClient) override;
 
 private:
     const FolderServices services_;
     const std::unique_ptr<FolderMonitor> monitor_;
-    const std::unique_ptr<FolderWorkers> workers_; // ends before the monitor, which its tasks use
+    const std::unique_ptr<FolderWorkers> workers_; // ends before the monitor that its tasks use
 };
 
 } // namespace tessel

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "platform/files/FolderTable.h"
+#include "platform/linux/files/LinuxFolderReader.h"
+
+#include <atomic>
+#include <cstddef>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tessel {
+
+/// Whether a folder list is concerned with a file of this name: hidden files are not listed, but placeholders stand for
+/// items that are.
+[[nodiscard]] bool isListedName(std::string_view name);
+
+/// Visits the name of every entry of an open folder but "." and "..", in the file system's order, until `visit` answers
+/// false.
+/// @returns the errno that stopped it, or 0
+[[nodiscard]] int visitNames(int folder, const std::function<bool(std::string_view name)>& visit);
+
+/// What is found under one name in an open folder, by one call; links are not followed.
+/// @returns none with errno set when it cannot be described
+[[nodiscard]] std::optional<FolderEntry> describeItem(int folder, std::string_view name, const TypeRegistry&);
+
+/// A visible item that is in the cloud only.
+struct PlaceholderItem {
+    std::string name;
+    FolderEntry entry;
+};
+
+/// The item behind a placeholder file; none when that is gone, damaged, or of a hidden item. An open folder's item of
+/// the same name counts before it.
+[[nodiscard]] std::optional<PlaceholderItem> readPlaceholderItem(const URL& placeholder, const FolderServices&);
+
+/// One complete reading of an open folder, on the calling thread and, for large folders, one more.
+class FolderListing {
+public:
+    /// @param abandoned ends the listing soon, with ECANCELED, when it becomes true
+    FolderListing(int folder, const URL& url, const FolderServices&, const std::atomic<bool>& abandoned);
+
+    /// The first step: the names of all items.
+    /// @returns the errno that stopped it, or 0
+    [[nodiscard]] int readNames();
+    [[nodiscard]] std::size_t itemCount() const { return items_.size(); }
+
+    /// The beginning of the sorted list, for a fraction of the whole one's cost.
+    [[nodiscard]] FolderTable firstRows(std::size_t count) const;
+    /// The whole list, sorted and described. The last step. An item that vanished meanwhile is in it without size; its
+    /// going is told by the monitor.
+    [[nodiscard]] FolderTable allRows();
+
+    /// The names of the items behind placeholder files, by the names of these.
+    [[nodiscard]] std::map<std::string, std::string> takePlaceholders() { return std::move(placeholders_); }
+
+private:
+    void readPlaceholders(const std::vector<std::string>& files);
+    void describeItems(std::size_t begin, std::size_t end);
+
+    const int folder_;
+    const URL& url_;
+    const FolderServices& services_;
+    const std::atomic<bool>& abandoned_;
+    FolderTable items_; ///< those that are files first, then those in the cloud
+    std::size_t fileCount_ = 0;
+    std::map<std::string, std::string> placeholders_;
+};
+
+} // namespace tessel

@@ -1,0 +1,245 @@
+#include "platform/linux/files/FolderMonitor.h"
+
+#include "platform/linux/files/FolderListing.h"
+#include "platform/log/UnifiedLog.h"
+#include "platform/run/CurrentThread.h"
+
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <sys/inotify.h>
+
+#include <algorithm>
+#include <climits>
+#include <utility>
+
+namespace tessel {
+
+namespace {
+
+using namespace std::chrono_literals;
+using std::chrono::steady_clock;
+
+// A single change is shown at once; of many, those that belong together are still caught in one go.
+constexpr auto kGatheringAfterSilence = 4ms;
+constexpr auto kGathering = 75ms;
+constexpr auto kPollingInterval = 2s;
+
+constexpr std::uint32_t kItemEvents =
+    IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_CLOSE_WRITE | IN_ATTRIB | IN_MODIFY;
+constexpr std::uint32_t kSelfRemoved = IN_DELETE_SELF | IN_UNMOUNT | IN_IGNORED;
+constexpr std::uint32_t kFolderMask = kItemEvents | IN_DELETE_SELF | IN_MOVE_SELF;
+constexpr std::uint32_t kAboveMask = IN_DELETE_SELF | IN_MOVE_SELF;
+// A removed folder that some program still holds open is not reported by itself, only by the folder that it was in.
+constexpr std::uint32_t kParentMask = kAboveMask | IN_DELETE;
+
+std::string parentOf(const std::string& path)
+{
+    return path.substr(0, path.rfind('/'));
+}
+
+} // namespace
+
+void FolderNews::add(FolderNews other)
+{
+    names.merge(other.names);
+    readAnew = readAnew || other.readAnew;
+    removed = removed || other.removed;
+    mayHaveMoved = mayHaveMoved || other.mayHaveMoved;
+    mayHaveChanged = mayHaveChanged || other.mayHaveChanged;
+}
+
+FolderMonitor::FolderMonitor(UnifiedLog& log, std::size_t changedNamesLimit)
+    : log_(log), changedNamesLimit_(changedNamesLimit), events_(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)),
+      wake_(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)), thread_([this] { run(); })
+{
+}
+
+FolderMonitor::~FolderMonitor()
+{
+    finish();
+}
+
+void FolderMonitor::finish()
+{
+    {
+        const std::lock_guard lock(mutex_);
+        stopping_ = true;
+    }
+    ::eventfd_write(wake_.get(), 1);
+    if (thread_.joinable())
+        thread_.join();
+}
+
+void FolderMonitor::watch(int folder, const std::string& path, const std::shared_ptr<Listener>& listener)
+{
+    const std::lock_guard lock(mutex_);
+    auto& watcher = watchers_[listener.get()];
+    watcher.listener = listener;
+    if (!watchFolder(folder, *listener))
+        poll(path, watcher);
+    watchFoldersAbove(path, *listener);
+}
+
+bool FolderMonitor::watchFolder(int folder, const Listener& listener)
+{
+    // By its descriptor, so that the folder watched is the very one that is read.
+    return addInterest("/proc/self/fd/" + std::to_string(folder), kFolderMask, {&listener, true, {}});
+}
+
+void FolderMonitor::watchFoldersAbove(std::string path, const Listener& listener)
+{
+    std::uint32_t mask = kParentMask;
+    for (auto above = parentOf(path); !above.empty(); path = above, above = parentOf(path)) {
+        // One that may not be watched, or only by too long a path, is left out.
+        addInterest(above, mask, {&listener, false, path.substr(above.size() + 1)});
+        mask = kAboveMask;
+    }
+}
+
+bool FolderMonitor::addInterest(const std::string& path, std::uint32_t mask, Interest interest)
+{
+    const int watch = ::inotify_add_watch(events_.get(), path.c_str(), mask | IN_ONLYDIR | IN_MASK_ADD);
+    if (watch < 0)
+        return false;
+    interests_[watch].push_back(std::move(interest));
+    return true;
+}
+
+void FolderMonitor::poll(const std::string& path, Watcher& watcher)
+{
+    log_.write(LogLevel::Warning, "No watch left for folder '%@': looking at it now and then", path);
+    watcher.isPolled = true;
+    watcher.nextPoll = steady_clock::now() + kPollingInterval;
+    ::eventfd_write(wake_.get(), 1);
+}
+
+void FolderMonitor::unwatch(const Listener& listener)
+{
+    const std::lock_guard lock(mutex_);
+    watchers_.erase(&listener);
+    for (auto watched = interests_.begin(); watched != interests_.end();) {
+        auto& [watch, interests] = *watched;
+        std::erase_if(interests, [&](const Interest& interest) { return interest.listener == &listener; });
+        if (interests.empty())
+            ::inotify_rm_watch(events_.get(), watch);
+        watched = interests.empty() ? interests_.erase(watched) : std::next(watched);
+    }
+}
+
+void FolderMonitor::run()
+{
+    applyQualityOfService(QualityOfService::UserInitiated, "folder-monitor");
+    while (true) {
+        pollfd descriptors[] = {{events_.get(), POLLIN, 0}, {wake_.get(), POLLIN, 0}};
+        ::poll(descriptors, std::size(descriptors), waitingTime());
+        eventfd_t ignored = 0;
+        ::eventfd_read(wake_.get(), &ignored);
+        {
+            const std::lock_guard lock(mutex_);
+            if (stopping_)
+                return;
+        }
+        readEvents();
+        tellWhatIsDue();
+    }
+}
+
+/// Milliseconds until there is something to tell; negative for ever.
+int FolderMonitor::waitingTime()
+{
+    const std::lock_guard lock(mutex_);
+    auto next = Time::max();
+    for (const auto& [listener, watcher] : watchers_) {
+        if (!watcher.news.empty())
+            next = std::min(next, watcher.due);
+        if (watcher.isPolled)
+            next = std::min(next, watcher.nextPoll);
+    }
+    if (next == Time::max())
+        return -1;
+    const auto milliseconds = std::chrono::ceil<std::chrono::milliseconds>(next - steady_clock::now()).count();
+    return static_cast<int>(std::max<std::int64_t>(milliseconds, 0));
+}
+
+void FolderMonitor::readEvents()
+{
+    alignas(inotify_event) char buffer[64 * (sizeof(inotify_event) + NAME_MAX + 1)];
+    while (true) {
+        const auto length = ::read(events_.get(), buffer, sizeof buffer);
+        if (length <= 0)
+            return;
+        const std::lock_guard lock(mutex_);
+        for (const char* next = buffer; next < buffer + length;) {
+            const auto& event = *reinterpret_cast<const inotify_event*>(next);
+            handle(event);
+            next += sizeof event + event.len;
+        }
+    }
+}
+
+void FolderMonitor::handle(const inotify_event& event)
+{
+    if (event.mask & IN_Q_OVERFLOW) {
+        for (auto& [listener, watcher] : watchers_)
+            addNews(watcher, {.names = {}, .readAnew = true, .mayHaveMoved = true});
+        return;
+    }
+    const auto watched = interests_.find(event.wd);
+    if (watched == interests_.end())
+        return;
+    for (const auto& interest : watched->second)
+        tell(interest, event);
+    if (event.mask & IN_IGNORED)
+        interests_.erase(watched);
+}
+
+void FolderMonitor::tell(const Interest& interest, const inotify_event& event)
+{
+    auto& watcher = watchers_.at(interest.listener);
+    const std::string name = event.len > 0 ? event.name : "";
+    const bool isSelfEvent = event.mask & (kSelfRemoved | IN_MOVE_SELF);
+    if (!interest.isFolderItself) {
+        if (isSelfEvent || (event.mask & IN_DELETE && name == interest.nextName))
+            addNews(watcher, {.names = {}, .mayHaveMoved = true});
+    } else if (isSelfEvent) {
+        const bool removed = event.mask & kSelfRemoved;
+        addNews(watcher, {.names = {}, .removed = removed, .mayHaveMoved = true});
+    } else if (isListedName(name)) {
+        addNews(watcher, {.names = {name}});
+    }
+}
+
+void FolderMonitor::addNews(Watcher& watcher, FolderNews news)
+{
+    if (watcher.news.empty())
+        watcher.due = std::max(steady_clock::now() + kGatheringAfterSilence, watcher.told + kGathering);
+    watcher.news.add(std::move(news));
+    watcher.news.readAnew = watcher.news.readAnew || watcher.news.names.size() > changedNamesLimit_;
+    if (watcher.news.readAnew)
+        watcher.news.names.clear();
+}
+
+void FolderMonitor::tellWhatIsDue()
+{
+    std::vector<std::pair<std::shared_ptr<Listener>, FolderNews>> telling;
+    {
+        const std::lock_guard lock(mutex_);
+        const auto now = steady_clock::now();
+        for (auto& [key, watcher] : watchers_) {
+            if (watcher.isPolled && watcher.nextPoll <= now) {
+                watcher.nextPoll = now + kPollingInterval;
+                addNews(watcher, {.names = {}, .mayHaveChanged = true});
+            }
+            if (watcher.news.empty() || watcher.due > now)
+                continue;
+            watcher.told = now;
+            if (auto listener = watcher.listener.lock())
+                telling.emplace_back(std::move(listener), std::exchange(watcher.news, {}));
+        }
+    }
+    // Without the lock, for a listener may stop watching, and this may be its last owner.
+    for (auto& [listener, news] : telling)
+        listener->folderChanged(std::move(news));
+}
+
+} // namespace tessel

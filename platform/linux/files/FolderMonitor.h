@@ -1,0 +1,109 @@
+#pragma once
+
+#include "platform/linux/files/FileDescriptor.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <set>
+#include <string>
+#include <thread>
+#include <unordered_map>
+#include <vector>
+
+struct inotify_event;
+
+namespace tessel {
+
+class UnifiedLog;
+
+/// What has happened to a folder since its listener was last told.
+struct FolderNews {
+    std::set<std::string> names; ///< that came, went or changed
+    bool readAnew = false;       ///< more has changed than `names` says
+    bool removed = false;        ///< the folder itself is gone
+    bool mayHaveMoved = false;   ///< it, or a folder above it
+    bool mayHaveChanged = false; ///< it cannot be watched; time to look at its modification time
+
+    [[nodiscard]] bool empty() const
+    {
+        return names.empty() && !readAnew && !removed && !mayHaveMoved && !mayHaveChanged;
+    }
+    void add(FolderNews);
+};
+
+/// Watches folders with one inotify descriptor and one thread.
+///
+/// Seen are changes of the items directly in a folder, by any program on this machine; its own removal and move; and
+/// moves of every folder on its path. Not seen are changes made on another machine to a network file system, changes
+/// through memory maps, and a folder that is hidden by mounting over one above it. A folder for which the system has no
+/// watch left is looked at every two seconds instead, where a changed content or attribute of an item goes unseen.
+class FolderMonitor {
+public:
+    /// Told on the monitor's thread, at once when nothing was told for a while, else gathered for 75 milliseconds.
+    class Listener {
+    public:
+        virtual ~Listener() = default;
+        virtual void folderChanged(FolderNews) = 0;
+    };
+
+    /// @param changedNamesLimit more names than this at once are told as `readAnew`
+    FolderMonitor(UnifiedLog&, std::size_t changedNamesLimit);
+    ~FolderMonitor();
+
+    /// Begins to watch. What happens after this returned is told. Safe from any thread.
+    /// @param folder its open descriptor, which is not needed later
+    /// @param path of the same folder, absolute
+    void watch(int folder, const std::string& path, const std::shared_ptr<Listener>&);
+    /// The listener may still be told of what is on its way. Safe from any thread.
+    void unwatch(const Listener&);
+
+    /// Ends the thread; no listener is told any more.
+    void finish();
+
+private:
+    using Time = std::chrono::steady_clock::time_point;
+
+    struct Watcher {
+        std::weak_ptr<Listener> listener;
+        FolderNews news;
+        Time due{};  ///< of the news
+        Time told{}; ///< when news were last told
+        bool isPolled = false;
+        Time nextPoll{};
+    };
+    /// Why somebody is interested in a watched folder.
+    struct Interest {
+        const Listener* listener;
+        bool isFolderItself;  ///< else one above it
+        std::string nextName; ///< of the folder on the way down, for one above
+    };
+
+    bool watchFolder(int folder, const Listener&);
+    void watchFoldersAbove(std::string path, const Listener&);
+    bool addInterest(const std::string& path, std::uint32_t mask, Interest);
+    void poll(const std::string& path, Watcher&);
+    void run();
+    [[nodiscard]] int waitingTime();
+    void readEvents();
+    void handle(const inotify_event&);
+    void tell(const Interest&, const inotify_event&);
+    void addNews(Watcher&, FolderNews);
+    void tellWhatIsDue();
+
+    UnifiedLog& log_;
+    const std::size_t changedNamesLimit_;
+    const FileDescriptor events_;
+    const FileDescriptor wake_;
+    std::mutex mutex_;
+    std::map<const Listener*, Watcher> watchers_;
+    std::unordered_map<int, std::vector<Interest>> interests_; ///< by watch descriptor
+    bool stopping_ = false;
+    std::thread thread_;
+};
+
+} // namespace tessel

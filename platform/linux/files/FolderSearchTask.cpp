@@ -1,0 +1,107 @@
+#include "platform/linux/files/FolderSearchTask.h"
+
+#include "platform/linux/cloud/Placeholder.h"
+#include "platform/linux/files/FolderListing.h"
+#include "platform/run/MainQueue.h"
+#include "platform/text/TextServices.h"
+
+#include <fcntl.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <utility>
+
+namespace tessel {
+
+namespace {
+
+// Often enough to be followed with the eye, and never so many hits that sorting them in holds up a frame.
+constexpr auto kDeliveryInterval = std::chrono::milliseconds(50);
+constexpr std::size_t kHitsInOneGo = 256;
+
+/// Opens a folder whose path may be longer than the kernel takes at once, piece by piece.
+FileDescriptor openDeepFolder(const std::string& path)
+{
+    constexpr std::size_t kPiece = PATH_MAX - 1;
+    FileDescriptor folder;
+    std::size_t begin = 0;
+    while (begin < path.size()) {
+        const bool isLast = path.size() - begin <= kPiece;
+        const auto end = isLast ? path.size() : path.rfind('/', begin + kPiece);
+        const int mode = (isLast ? O_RDONLY : O_PATH) | O_DIRECTORY | O_CLOEXEC;
+        const int start = folder.isOpen() ? folder.get() : AT_FDCWD;
+        folder = FileDescriptor(::openat(start, path.substr(begin, end - begin).c_str(), mode));
+        if (!folder.isOpen())
+            break;
+        begin = path.find_first_not_of('/', end);
+    }
+    return folder;
+}
+
+} // namespace
+
+FolderSearchTask::FolderSearchTask(const URL& folder, std::string_view query, SearchClient client,
+                                   const FolderServices& services)
+    : root_(folder), query_(services.text.searchFolded(query)), client_(std::move(client)), services_(services)
+{
+}
+
+void FolderSearchTask::run()
+{
+    for (folders_.push(root_); !folders_.empty() && !ended_; folders_.pop())
+        searchFolder(folders_.front());
+    deliver();
+    services_.mainQueue.async([self = shared_from_this()] {
+        if (!self->ended_ && self->client_.finished)
+            self->client_.finished();
+    });
+}
+
+void FolderSearchTask::searchFolder(const URL& url)
+{
+    const auto folder = openDeepFolder(url.path());
+    // What vanishes or cannot be read meanwhile has nothing to be found in.
+    [[maybe_unused]] const int error = visitNames(folder.get(), [&](std::string_view name) {
+        if (isListedName(name))
+            look(folder.get(), url, name);
+        const bool isTime = std::chrono::steady_clock::now() - delivered_ >= kDeliveryInterval;
+        if (isTime || hits_.size() >= kHitsInOneGo)
+            deliver();
+        return !ended_;
+    });
+}
+
+void FolderSearchTask::look(int folder, const URL& url, std::string_view fileName)
+{
+    if (!isPlaceholderName(fileName)) {
+        if (const auto entry = describeItem(folder, fileName, services_.types))
+            consider(url, fileName, *entry);
+        return;
+    }
+    const auto item = readPlaceholderItem(url.appending(fileName), services_);
+    if (item && !describeItem(folder, item->name, services_.types))
+        consider(url, item->name, item->entry);
+}
+
+void FolderSearchTask::consider(const URL& folder, std::string_view name, const FolderEntry& entry)
+{
+    if (entry.kind == EntryKind::Folder)
+        folders_.push(folder.appending(name));
+    if (services_.text.searchFolded(name).find(query_) != std::string::npos)
+        hits_.push_back({folder.appending(name), entry});
+}
+
+void FolderSearchTask::deliver()
+{
+    delivered_ = std::chrono::steady_clock::now();
+    if (hits_.empty())
+        return;
+    auto hits = std::make_shared<std::vector<SearchHit>>(std::exchange(hits_, {}));
+    services_.mainQueue.async([self = shared_from_this(), hits] {
+        if (!self->ended_ && self->client_.found)
+            self->client_.found(std::move(*hits));
+    });
+}
+
+} // namespace tessel

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/linux/files/FileDescriptor.h"
+#include "platform/linux/files/LinuxFolderReader.h"
+
+#include <atomic>
+#include <chrono>
+#include <memory>
+#include <queue>
+#include <string>
+#include <vector>
+
+namespace tessel {
+
+/// One search below a folder: nearer items are found before deeper ones. Shared by its owner on the main thread and the
+/// worker that runs it.
+class FolderSearchTask : public std::enable_shared_from_this<FolderSearchTask> {
+public:
+    FolderSearchTask(const URL& folder, std::string_view query, SearchClient, const FolderServices&);
+
+    /// Searches; on a worker, once.
+    void run();
+    /// Ends it at once; on the main thread.
+    void end() { ended_ = true; }
+
+private:
+    void searchFolder(const URL&);
+    void look(int folder, const URL&, std::string_view fileName);
+    void consider(const URL& folder, std::string_view name, const FolderEntry&);
+    void deliver();
+
+    const URL root_;
+    const std::string query_; ///< search-folded
+    const SearchClient client_;
+    const FolderServices services_;
+    std::atomic<bool> ended_ = false;
+
+    // On the worker.
+    std::queue<URL> folders_; ///< still to be searched
+    std::vector<SearchHit> hits_;
+    std::chrono::steady_clock::time_point delivered_ = std::chrono::steady_clock::now();
+};
+
+} // namespace tessel

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "platform/run/DispatchQueue.h"
+
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+namespace tessel {
+
+/// A few threads for work that waits for disks. They are started as they are needed, so that one disk that hangs does
+/// not hold up the others.
+class FolderWorkers {
+public:
+    FolderWorkers() = default;
+    /// Drops what has not begun and waits for the tasks that run.
+    ~FolderWorkers();
+
+    /// Runs the task on some thread. Safe from any thread.
+    void run(Task);
+
+private:
+    void work();
+
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::deque<Task> tasks_;
+    std::size_t idle_ = 0;
+    bool stopping_ = false;
+    std::vector<std::thread> threads_;
+};
+
+} // namespace tessel

@@ -1,0 +1,60 @@
+#include "platform/linux/files/LinuxFolderReader.h"
+
+#include "platform/linux/files/FolderSearchTask.h"
+#include "platform/linux/files/FolderWorkers.h"
+#include "platform/linux/files/OpenFolder.h"
+
+#include <utility>
+
+namespace tessel {
+
+namespace {
+
+class LinuxFolderReading final : public FolderReading {
+public:
+    explicit LinuxFolderReading(std::shared_ptr<OpenFolder> folder) : folder_(std::move(folder)) { folder_->begin(); }
+    ~LinuxFolderReading() override { folder_->end(); }
+
+    void fetchDetails(std::vector<URL> items) override { folder_->fetchDetails(std::move(items)); }
+    [[nodiscard]] bool isFetchingDetails() const override { return folder_->isFetchingDetails(); }
+
+private:
+    const std::shared_ptr<OpenFolder> folder_;
+};
+
+class LinuxFolderSearch final : public FolderSearch {
+public:
+    explicit LinuxFolderSearch(std::shared_ptr<FolderSearchTask> task) : task_(std::move(task)) {}
+    ~LinuxFolderSearch() override { task_->end(); }
+
+private:
+    const std::shared_ptr<FolderSearchTask> task_;
+};
+
+} // namespace
+
+LinuxFolderReader::LinuxFolderReader(const FolderServices& services, std::size_t changedNamesLimit)
+    : services_(services), monitor_(std::make_unique<FolderMonitor>(services.log, changedNamesLimit)),
+      workers_(std::make_unique<FolderWorkers>())
+{
+}
+
+LinuxFolderReader::~LinuxFolderReader()
+{
+    monitor_->finish(); // its listeners use the workers
+}
+
+std::unique_ptr<FolderReading> LinuxFolderReader::read(const URL& folder, FolderReadingClient client)
+{
+    return std::make_unique<LinuxFolderReading>(
+        std::make_shared<OpenFolder>(folder, std::move(client), services_, *monitor_, *workers_));
+}
+
+std::unique_ptr<FolderSearch> LinuxFolderReader::search(const URL& folder, std::string query, SearchClient client)
+{
+    auto task = std::make_shared<FolderSearchTask>(folder, query, std::move(client), services_);
+    workers_->run([task] { task->run(); });
+    return std::make_unique<LinuxFolderSearch>(std::move(task));
+}
+
+} // namespace tessel
