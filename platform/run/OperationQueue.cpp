@@ -13,12 +13,11 @@ OperationQueue::OperationQueue(std::string name, QualityOfService quality, std::
 
 OperationQueue::~OperationQueue()
 {
-    std::deque<Task> dropped;
     {
         const std::lock_guard lock(mutex_);
         stopping_ = true;
-        dropped.swap(waiting_);
     }
+    waiting_.clear(); // nobody else looks at it any more
     changed_.notify_all();
     for (auto& thread : threads_)
         thread.join();
