@@ -2,6 +2,7 @@
 
 #include "platform/files/ResourceValues.h"
 #include "platform/linux/base/Base64.h"
+#include "platform/linux/base/UTF8.h"
 #include "platform/linux/files/AtomicFile.h"
 
 #include <nlohmann/json.hpp>
@@ -40,11 +41,6 @@ std::string placeholderName(std::string_view name)
 std::string serialised(const json& value)
 {
     return value.dump(-1, ' ', false, json::error_handler_t::replace);
-}
-
-bool isUTF8(const std::string& text)
-{
-    return json::parse(serialised(text)) == text;
 }
 
 // Reads the fields of an object and remembers whether one of them was damaged.
@@ -171,7 +167,7 @@ std::optional<Error> writePlaceholder(const URL& logical, const PlaceholderRecor
                    {"modificationDate", record.modificationDate.nanoseconds},
                    {"type", record.type},
                    {"identifier", record.identifier}};
-    if (isUTF8(record.name))
+    if (isValidUTF8(record.name))
         object["name"] = record.name;
     else
         object["nameBase64"] = base64Encoded(record.name);
