@@ -2,6 +2,7 @@
 
 #include "platform/base/Error.h"
 #include "platform/documents/ListRow.h"
+#include "platform/files/FolderTable.h"
 #include "platform/ui/ViewController.h"
 
 #include <cstdint>
@@ -14,6 +15,7 @@
 namespace tessel {
 
 class DocumentListController;
+class NavigationController;
 class SearchController;
 
 /// Told by a list what the user did in it and what became of its folder.
@@ -40,6 +42,9 @@ enum class ListState {
 
 /// A list of one folder's items, in natural order, kept true while other programs change the folder. Hidden items are
 /// not shown; in the drive's top folder the app libraries are. Main thread only; listing happens elsewhere.
+///
+/// The folder is read from when the list is first looked at: when its view is loaded, its items or rows are asked for
+/// or seen. So of the lists that a jump to a deep folder makes only the one on screen reads its folder.
 class DocumentListController : public ViewController {
 public:
     using Hierarchy = std::vector<std::shared_ptr<DocumentListController>>;
@@ -83,26 +88,45 @@ public:
 
     // For the shells.
 
+    /// Told after every change of the rows and of the state; with no rows when only the state has changed.
+    std::function<void(const RowChanges&)> rowsChanged;
+
     [[nodiscard]] ListState state() const;
     [[nodiscard]] const std::optional<Error>& failure() const;
     [[nodiscard]] ListRow row(std::size_t index) const;
     /// Presses a row: opens it, or, while editing, selects or deselects it.
     void pressRow(std::size_t index);
-    /// The rows that can be seen, for which counts, tags and package sizes are fetched first. An empty range fetches
-    /// none.
+    /// The rows that can be seen, for which counts, tags and package sizes are fetched, now and when they change. An
+    /// empty range fetches none, and has all fetched again the next time: what is below a folder may have changed.
     void setVisibleRows(std::size_t first, std::size_t count);
     /// Whether something is still being fetched: the listing, or details of visible rows.
     [[nodiscard]] bool isBusy() const;
-    /// Lists the folder again after a failure.
+    /// Lists the folder again after a failure. Also done when the program becomes active.
     void retry();
+    /// Does what pressing a row does outside editing; also for a row that a search found.
+    void open(const ListRow&);
 
 protected:
     explicit DocumentListController(const URL& folder);
 
+    void viewDidLoad() override;
+
 private:
+    struct Listing;
+
+    void read() const;
+    void show(ListState, const RowChanges&);
+    void tellItemsChanged();
+    void failed(const Error&);
+    void wasRemoved();
+    void fetchDetails();
+
     URL presentedURL_;
     bool editing_ = false;
     bool searchFieldIsFirstResponder_ = false;
+    std::unique_ptr<Listing> listing_;
+    std::shared_ptr<SearchController> search_;
+    std::weak_ptr<NavigationController> searchedOver_;
 };
 
 } // namespace tessel

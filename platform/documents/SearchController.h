@@ -1,8 +1,11 @@
 #pragma once
 
 #include "platform/documents/ListRow.h"
+#include "platform/files/FolderReader.h"
 #include "platform/ui/ViewController.h"
 
+#include <cstddef>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -15,12 +18,33 @@ class DocumentListController;
 /// Pressing a result tells the list's delegate, as pressing a row of the list does.
 class SearchController : public ViewController {
 public:
+    explicit SearchController(std::weak_ptr<DocumentListController> list) : list_(std::move(list)) {}
+
     [[nodiscard]] std::string className() const override { return "SearchController"; }
 
-    [[nodiscard]] const std::string& query() const;
-    [[nodiscard]] const std::vector<ListRow>& results() const;
+    /// Begins a search, in place of the one before.
+    void search(const URL& folder, const std::string& query);
+
+    /// Told when there are other results, and when the search has finished.
+    std::function<void()> resultsChanged;
+
+    [[nodiscard]] const std::string& query() const { return query_; }
+    /// In natural order of the titles, those found so far.
+    [[nodiscard]] const std::vector<ListRow>& results() const { return results_; }
     void pressResult(std::size_t index);
-    [[nodiscard]] bool isBusy() const;
+    [[nodiscard]] bool isBusy() const { return search_ != nullptr; }
+
+protected:
+    void wasDismissed() override { search_.reset(); }
+
+private:
+    void add(const std::vector<SearchHit>&);
+    void tellResultsChanged() const;
+
+    std::weak_ptr<DocumentListController> list_;
+    std::string query_;
+    std::vector<ListRow> results_;
+    std::unique_ptr<FolderSearch> search_;
 };
 
 } // namespace tessel

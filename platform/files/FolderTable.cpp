@@ -209,7 +209,7 @@ RowChanges FolderTable::differenceTo(const FolderTable& newer, const TextService
             oldIndex++;
             newIndex++;
         } else if (++comparisons > kComparisonsInOneGo) {
-            return {.reset = true, .removed = {}, .inserted = {}, .updated = {}};
+            return RowChanges::everything();
         } else if (text.compareNames(name(oldIndex), newer.name(newIndex)) < 0) {
             result.removed.push_back(oldIndex++);
         } else {
@@ -229,10 +229,8 @@ void FolderTable::takeSelectionFrom(const FolderTable& older)
     for (const Row& row : older.rows_)
         if (row.selected)
             selected.insert(older.nameOf(row));
-    if (selected.empty())
-        return;
     for (Row& row : rows_)
-        row.selected = selected.contains(nameOf(row));
+        row.selected = !selected.empty() && selected.contains(nameOf(row));
 }
 
 } // namespace tessel

@@ -37,6 +37,14 @@ struct RowChanges {
     std::vector<std::size_t> inserted; ///< indices after the change
     std::vector<std::size_t> updated;  ///< indices after the change
 
+    [[nodiscard]] static RowChanges everything()
+    {
+        return {.reset = true, .removed = {}, .inserted = {}, .updated = {}};
+    }
+    [[nodiscard]] static RowChanges update(std::size_t row)
+    {
+        return {.removed = {}, .inserted = {}, .updated = {row}};
+    }
     [[nodiscard]] bool empty() const { return !reset && removed.empty() && inserted.empty() && updated.empty(); }
 };
 
@@ -72,6 +80,9 @@ public:
     /// more than a few milliseconds, else as a reset.
     [[nodiscard]] RowChanges replaceWith(FolderTable newer, const TextServices&);
 
+    /// Selects what is selected in the older table of the same folder, by name, and nothing else.
+    void takeSelectionFrom(const FolderTable& older);
+
 private:
     struct Row {
         std::int64_t size;
@@ -95,8 +106,6 @@ private:
     void mergeRows(const std::vector<Place>& moved);
     void compactNames();
     [[nodiscard]] RowChanges differenceTo(const FolderTable& newer, const TextServices&) const;
-    void takeSelectionFrom(const FolderTable& older);
-
     std::string names_; // one after the other; also those of rows that are gone, until they are the larger half
     std::size_t deadBytes_ = 0;
     std::vector<Row> rows_;

@@ -1,0 +1,87 @@
+#pragma once
+
+#include "platform/documents/ListRow.h"
+#include "platform/files/FolderReader.h"
+#include "platform/files/FolderTable.h"
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace tessel {
+
+class TextServices;
+
+/// A row of what the file system says of an item.
+[[nodiscard]] ListRow listRow(const URL&, const FolderEntry&, const TextServices&);
+
+/// An app library among the rows of the drive's top folder.
+struct LibraryRow {
+    URL url;
+    std::string title;
+    std::size_t itemsBefore = 0; ///< how many of the folder's items come before it
+    bool selected = false;
+};
+
+/// The rows of a folder list: the folder's items and, sorted among them by title, libraries.
+class FolderRows {
+public:
+    FolderRows(const URL& folder, std::vector<LibraryRow> libraries, const TextServices&);
+
+    [[nodiscard]] std::size_t size() const { return table_.size() + shownLibraries_; }
+    [[nodiscard]] URL url(std::size_t index) const;
+    [[nodiscard]] ListRow row(std::size_t index) const;
+    [[nodiscard]] std::vector<URL> urls() const;
+
+    /// The first rows of a list that is not complete: what comes after them stays unknown, libraries as well.
+    void begin(FolderTable);
+    /// The whole list in place of what was known.
+    void complete(FolderTable);
+    void clear();
+    [[nodiscard]] RowChanges apply(const std::vector<FolderChange>&);
+    [[nodiscard]] RowChanges replaceWith(FolderTable);
+
+    [[nodiscard]] std::vector<URL> selectedURLs() const;
+    [[nodiscard]] bool isSelected(std::size_t index) const;
+    void setSelected(std::size_t index, bool selected);
+    /// Selects exactly these, as far as they are in the list.
+    /// @returns the rows that changed
+    [[nodiscard]] RowChanges select(const std::vector<URL>&);
+
+    void setDetails(const URL&, const ItemDetails&);
+    /// Those of these rows whose details are not known, or may have changed.
+    [[nodiscard]] std::vector<URL> withoutDetails(std::size_t first, std::size_t count) const;
+    /// Lets all details be fetched again; they are shown until then.
+    void makeDetailsStale();
+    [[nodiscard]] std::optional<std::size_t> find(const URL&) const;
+
+private:
+    struct KnownDetails {
+        ItemDetails details;
+        bool stale = false;
+    };
+    /// What a row stands for: a library, or the item of this index.
+    struct Place {
+        const LibraryRow* library;
+        std::size_t item;
+    };
+
+    [[nodiscard]] Place place(std::size_t index) const;
+    [[nodiscard]] ListRow itemRow(std::size_t item) const;
+    void placeLibraries(bool isComplete);
+    void moveToRows(std::vector<std::size_t>& items) const;
+    template <typename Change>
+    RowChanges changeItems(const Change&);
+    void addDetails(ListRow&) const;
+
+    const URL folder_;
+    const TextServices& text_;
+    FolderTable table_;
+    std::vector<LibraryRow> libraries_; ///< sorted by title
+    std::size_t shownLibraries_ = 0;
+    std::unordered_map<URL, KnownDetails> details_;
+};
+
+} // namespace tessel

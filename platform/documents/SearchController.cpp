@@ -1,0 +1,68 @@
+#include "platform/documents/SearchController.h"
+
+#include "platform/base/Platform.h"
+#include "platform/documents/DocumentListController.h"
+#include "platform/documents/FolderRows.h"
+#include "platform/text/TextServices.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace tessel {
+
+void SearchController::search(const URL& folder, const std::string& query)
+{
+    query_ = query;
+    results_.clear();
+    search_ = platform::installed().folders.search(folder, query,
+                                                   {.found = [this](const auto& hits) { add(hits); },
+                                                    .finished =
+                                                        [this] {
+                                                            search_.reset();
+                                                            tellResultsChanged();
+                                                        }});
+    tellResultsChanged();
+}
+
+void SearchController::tellResultsChanged() const
+{
+    if (resultsChanged)
+        resultsChanged();
+}
+
+void SearchController::add(const std::vector<SearchHit>& hits)
+{
+    const auto& text = platform::installed().text;
+    const auto isBefore = [&](const ListRow& left, const ListRow& right) {
+        const auto order = text.compareNames(left.title, right.title);
+        return order != 0 ? order < 0 : left.url < right.url;
+    };
+    std::vector<ListRow> found;
+    for (const auto& hit : hits)
+        found.push_back(listRow(hit.url, hit.entry, text));
+    std::sort(found.begin(), found.end(), isBefore);
+
+    // Few into many: each finds its place by halving, and the rows between are moved without being compared.
+    std::vector<ListRow> merged;
+    merged.reserve(results_.size() + found.size());
+    auto next = results_.begin();
+    for (auto& row : found) {
+        const auto place = std::upper_bound(next, results_.end(), row, isBefore);
+        merged.insert(merged.end(), std::move_iterator(next), std::move_iterator(place));
+        next = place;
+        merged.push_back(std::move(row));
+    }
+    merged.insert(merged.end(), std::move_iterator(next), std::move_iterator(results_.end()));
+    results_ = std::move(merged);
+    tellResultsChanged();
+}
+
+void SearchController::pressResult(std::size_t index)
+{
+    const auto list = list_.lock();
+    if (list && index < results_.size())
+        list->open(ListRow(results_[index])); // a copy: opening may end the search
+}
+
+} // namespace tessel
