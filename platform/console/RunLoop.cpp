@@ -27,13 +27,6 @@ std::optional<Clock::Ticks> untilNextDue()
     return std::max(*due - now(), Clock::Ticks::zero());
 }
 
-/// The console prints every row, so it can see them all.
-void showAllRows(const ShownControllers& shown)
-{
-    if (shown.list)
-        shown.list->setVisibleRows(0, shown.list->containedItemCount());
-}
-
 bool isDelayedWorkNear()
 {
     const auto wait = untilNextDue();
@@ -77,13 +70,27 @@ bool RunLoop::runUntilQuiet(Clock::Ticks limit, DelayedWork delayed)
     for (;;) {
         DispatchQueue::main().runReady();
         const auto shown = ShownControllers::now();
-        showAllRows(shown);
+        seeAllRows(shown.list);
         if (!shown.isBusy() && (delayed == DelayedWork::Ignore || !isDelayedWorkNear()))
             return true;
         if (now() >= deadline)
             return false;
         waitForWork(deadline);
     }
+}
+
+void RunLoop::seeAllRows(const std::shared_ptr<DocumentListController>& list)
+{
+    const auto before = seenList_.lock();
+    const auto count = list ? list->containedItemCount() : 0;
+    if (before == list && count == seenRows_)
+        return;
+    if (before && before != list)
+        before->setVisibleRows(0, 0);
+    if (list)
+        list->setVisibleRows(0, count);
+    seenList_ = list;
+    seenRows_ = count;
 }
 
 void RunLoop::waitForWork(Clock::Ticks deadline)

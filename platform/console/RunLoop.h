@@ -2,7 +2,12 @@
 
 #include "platform/console/LineSource.h"
 
+#include <cstddef>
+#include <memory>
+
 namespace tessel {
+
+class DocumentListController;
 
 /// Runs the main queue while the console waits: for input, for time to pass, for the screen to be complete. All times
 /// are those of the platform's clock. Main thread only.
@@ -24,10 +29,14 @@ private:
     enum class DelayedWork { Ignore, Await };
 
     bool runUntilQuiet(Clock::Ticks limit, DelayedWork);
+    /// The console prints every row, so it sees them all; those of a list that is no longer shown it does not.
+    void seeAllRows(const std::shared_ptr<DocumentListController>& list);
     /// Sleeps until `deadline`, the next delayed task, or a wake-up, whichever comes first.
     void waitForWork(Clock::Ticks deadline);
 
     LineSource& source_;
+    std::weak_ptr<DocumentListController> seenList_;
+    std::size_t seenRows_ = 0;
 };
 
 } // namespace tessel

@@ -50,7 +50,7 @@ std::size_t titleWidth(const Screen& screen, std::size_t columns)
     return std::clamp(longest, kNarrowestTitle, std::max(columns, others + kNarrowestTitle) - others);
 }
 
-std::string rowLine(const ScreenElement& row, std::size_t number, std::size_t titleColumns)
+std::string rowLine(const ScreenElement& row, std::size_t number, std::size_t titleColumns, std::size_t columns)
 {
     const auto digits = std::to_string(number);
     std::string line(kNumberWidth - std::min(kNumberWidth, digits.size()), ' ');
@@ -58,7 +58,7 @@ std::string rowLine(const ScreenElement& row, std::size_t number, std::size_t ti
     for (std::size_t part = 2; part < row.parts.size(); ++part)
         line += part == 2 ? fitted(row.parts[part], kAmountWidth) : "  " + row.parts[part];
     line.erase(line.find_last_not_of(' ') + 1);
-    return line + "\n";
+    return (width(line) > columns ? fitted(line, columns) : line) + "\n";
 }
 
 } // namespace
@@ -77,7 +77,7 @@ std::string ScreenPainter::paint(const Screen& screen) const
     std::size_t rows = 0;
     for (const auto& element : screen) {
         if (element.isRow() && ++rows <= kMostRows)
-            text += rowLine(element, rows, titleColumns);
+            text += rowLine(element, rows, titleColumns, columns);
         else if (!element.isRow() && element.key != "title" && element.key != "back")
             text += " " + std::string(element.key) + ": " + element.text() + "\n";
     }
