@@ -1,0 +1,57 @@
+#include "platform/linux/files/StoredDictionary.h"
+
+#include "platform/base/KeyedArchive.h"
+#include "platform/linux/base/ErrnoError.h"
+#include "platform/linux/files/AtomicFile.h"
+#include "platform/linux/files/SetAside.h"
+#include "platform/log/UnifiedLog.h"
+
+#include <cerrno>
+
+namespace tessel {
+
+namespace {
+
+constexpr std::size_t kMaximumSize = 1U << 20U; // bytes
+
+Result<Value::Dictionary> unarchivedDictionary(std::string_view text)
+{
+    auto value = keyedArchive::unarchived(text);
+    if (!value)
+        return value.error();
+    if (const auto* dictionary = value->get<Value::Dictionary>())
+        return *dictionary;
+    return Error{Domain::General, ErrorCode::kReadCorrupt, "The stored values cannot be read.", "They are damaged"};
+}
+
+} // namespace
+
+std::optional<Value::Dictionary> StoredDictionary::load() const
+{
+    const auto text = readSmallFile(file_, kMaximumSize);
+    if (!text && text.error() == Error{Domain::General, ErrorCode::kNoSuchFile, {}, {}})
+        return std::nullopt;
+    const auto dictionary = text ? unarchivedDictionary(*text) : text.error();
+    if (dictionary)
+        return *dictionary;
+    setFileAside(dictionary.error());
+    return std::nullopt;
+}
+
+std::optional<Error> StoredDictionary::store(const Value::Dictionary& dictionary) const
+{
+    const auto text = keyedArchive::archived(dictionary);
+    auto error = text.size() > kMaximumSize ? errnoError(EFBIG, file_) : writeFileAtomically(file_, text);
+    if (error)
+        log_.write(LogLevel::Error, "Cannot write %@: %@", file_, error);
+    return error;
+}
+
+void StoredDictionary::setFileAside(const Error& reason) const
+{
+    log_.write(LogLevel::Error, "Cannot read %@, setting it aside: %@", file_, reason);
+    if (const auto error = setAside(file_))
+        log_.write(LogLevel::Error, "Cannot set %@ aside: %@", file_, error);
+}
+
+} // namespace tessel

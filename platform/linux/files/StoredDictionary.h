@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/base/Error.h"
+#include "platform/base/URL.h"
+#include "platform/base/Value.h"
+
+#include <optional>
+
+namespace tessel {
+
+class UnifiedLog;
+
+/// A dictionary kept in a file that survives a kill at any moment: what is read is always a whole former content.
+class StoredDictionary {
+public:
+    StoredDictionary(URL file, UnifiedLog& log) : file_(std::move(file)), log_(log) {}
+
+    /// None when nothing was stored yet. A file that cannot be read, or is longer than 1 MiB, is set aside (see
+    /// setAside) and logged, and none is answered.
+    [[nodiscard]] std::optional<Value::Dictionary> load() const;
+
+    /// On disk when it returns without an error; after one the former content is there. Logged as well.
+    std::optional<Error> store(const Value::Dictionary&) const;
+
+    [[nodiscard]] const URL& file() const { return file_; }
+
+private:
+    void setFileAside(const Error& reason) const;
+
+    const URL file_;
+    UnifiedLog& log_;
+};
+
+} // namespace tessel
