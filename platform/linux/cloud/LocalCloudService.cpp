@@ -1,0 +1,188 @@
+#include "platform/linux/cloud/LocalCloudService.h"
+
+#include "platform/base/NotificationCenter.h"
+#include "platform/files/FileManager.h"
+#include "platform/linux/base/UTF8.h"
+#include "platform/linux/cloud/ContainerDeclaration.h"
+#include "platform/linux/cloud/DrivePreparation.h"
+#include "platform/linux/cloud/Placeholder.h"
+#include "platform/linux/cloud/TagAttribute.h"
+#include "platform/log/UnifiedLog.h"
+#include "platform/run/MainQueue.h"
+#include "platform/text/TextServices.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+
+namespace tessel {
+
+namespace {
+
+constexpr int kFormattingError = 2048;
+constexpr std::size_t kMaximumNameLength = 255; // bytes
+
+// C0, DEL, and C1 as UTF-8 writes it (C2 80 to C2 9F).
+bool hasControlCharacters(std::string_view text)
+{
+    unsigned char before = 0;
+    for (const char character : text) {
+        const auto byte = static_cast<unsigned char>(character);
+        if (byte < 0x20 || byte == 0x7f || (before == 0xc2 && byte < 0xa0))
+            return true;
+        before = byte;
+    }
+    return false;
+}
+
+bool isFolder(const URL& url)
+{
+    std::error_code ignored;
+    return std::filesystem::is_directory(url.path(), ignored);
+}
+
+} // namespace
+
+Result<std::unique_ptr<LocalCloudService>> LocalCloudService::open(const CloudOptions& options)
+{
+    auto prepared = prepareDrive(options);
+    if (!prepared)
+        return prepared.error();
+    auto& drive = prepared.value();
+    return std::unique_ptr<LocalCloudService>(
+        new LocalCloudService(options, std::move(drive.catalog), drive.containers));
+}
+
+LocalCloudService::LocalCloudService(const CloudOptions& options, std::unique_ptr<Catalog> catalog,
+                                     const Catalog::Containers& containers)
+    : options_(options), catalog_(std::move(catalog))
+{
+    auto defaultContainer = defaultContainerIn(syncedRootIn(options.home));
+    defaultContainer.localizedName = options.text.localized("Tessel Drive");
+    if (options.drive)
+        defaultContainer.documentsURL = *options.drive;
+    add(std::move(defaultContainer));
+    if (options.drive)
+        return;
+    for (const auto& container : containers)
+        if (container->identifier != kDefaultContainerIdentifier)
+            add(*container);
+}
+
+void LocalCloudService::add(CloudContainer container)
+{
+    auto resolved = options_.files.resolvingSymbolicLinks(container.documentsURL);
+    places_.push_back({std::make_shared<const CloudContainer>(std::move(container)), std::move(resolved)});
+}
+
+std::optional<Data> LocalCloudService::identityToken() const
+{
+    const auto token = catalog_->identityToken();
+    if (token)
+        return *token;
+    options_.log.write(LogLevel::Error, "Cannot read who is signed in: %@", token.error());
+    return std::nullopt;
+}
+
+std::optional<Error> LocalCloudService::signIn(const std::string& accountName)
+{
+    auto error = refusalOfName(accountName);
+    if (!error)
+        error = catalog_->signIn(accountName);
+    if (!error)
+        announceIdentityChange();
+    return error;
+}
+
+std::optional<Error> LocalCloudService::signOut()
+{
+    auto error = catalog_->signOut();
+    if (!error)
+        announceIdentityChange();
+    return error;
+}
+
+std::optional<Error> LocalCloudService::refusalOfName(const std::string& accountName) const
+{
+    const auto refusal = [this](const char* reason) {
+        const auto text = options_.text.localized(reason);
+        return Error{Domain::General, kFormattingError, text, text};
+    };
+    if (accountName.empty())
+        return refusal("An account needs a name.");
+    if (accountName.size() > kMaximumNameLength)
+        return refusal("The name of the account is too long.");
+    if (!isValidUTF8(accountName) || hasControlCharacters(accountName))
+        return refusal("The name of the account has characters that cannot be used.");
+    return std::nullopt;
+}
+
+void LocalCloudService::announceIdentityChange()
+{
+    options_.mainQueue.async(
+        [&notifications = options_.notifications] { notifications.post(kCloudIdentityChangedNotification); });
+}
+
+std::shared_ptr<const CloudContainer> LocalCloudService::defaultContainer() const
+{
+    return places_.front().container;
+}
+
+std::vector<std::shared_ptr<const CloudContainer>> LocalCloudService::libraries() const
+{
+    std::vector<std::shared_ptr<const CloudContainer>> libraries;
+    for (std::size_t i = 1; i < places_.size(); ++i)
+        if (isFolder(places_[i].container->documentsURL))
+            libraries.push_back(places_[i].container);
+    return libraries;
+}
+
+std::shared_ptr<const CloudContainer> LocalCloudService::containerForURL(const URL& url) const
+{
+    return containerAt(withFolderResolved(url));
+}
+
+std::shared_ptr<const CloudContainer> LocalCloudService::containerAt(const URL& resolved) const
+{
+    const auto holdsIt = [&](const Place& place) { return place.realDocumentsURL.contains(resolved); };
+    const auto found = std::find_if(places_.begin(), places_.end(), holdsIt);
+    return found == places_.end() ? nullptr : found->container;
+}
+
+// Where the item itself lies: a link is not followed, but those on the way to it are.
+URL LocalCloudService::withFolderResolved(const URL& url) const
+{
+    if (url.lastPathComponent() == "..")
+        return options_.files.resolvingSymbolicLinks(url);
+    return options_.files.resolvingSymbolicLinks(url.deletingLastPathComponent()).appending(url.lastPathComponent());
+}
+
+bool LocalCloudService::isContainerTopFolder(const URL& url) const
+{
+    if (places_.size() == 1)
+        return false;
+    const auto location = withFolderResolved(url);
+    return std::any_of(places_.begin() + 1, places_.end(),
+                       [&](const Place& place) { return place.realDocumentsURL == location; });
+}
+
+bool LocalCloudService::isInDrive(const URL& url) const
+{
+    return containerAt(options_.files.resolvingSymbolicLinks(url)) != nullptr;
+}
+
+bool LocalCloudService::isInTrash(const URL& url) const
+{
+    const auto trash = places_.front().realDocumentsURL.appending(".Trash");
+    return trash.contains(withFolderResolved(url)) || trash.contains(options_.files.resolvingSymbolicLinks(url));
+}
+
+Result<std::vector<std::string>> LocalCloudService::tagNames(const URL& url) const
+{
+    auto tags = readTagNames(url);
+    if (!tags && tags.error() == Error{Domain::General, ErrorCode::kNoSuchFile, {}, {}})
+        return readTagNames(placeholderURL(url));
+    return tags;
+}
+
+} // namespace tessel

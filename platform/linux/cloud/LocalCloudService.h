@@ -1,0 +1,77 @@
+#pragma once
+
+#include "platform/cloud/CloudService.h"
+#include "platform/linux/cloud/Catalog.h"
+
+namespace tessel {
+
+class FileManager;
+class MainQueue;
+class NotificationCenter;
+class TextServices;
+class TypeRegistry;
+class UnifiedLog;
+
+/// What the cloud service works with; the services outlive it.
+struct CloudOptions {
+    URL home;                 ///< a folder of the program's own that can be written
+    std::optional<URL> drive; ///< an existing folder that takes the place of the drive's own top folder
+    MainQueue& mainQueue;
+    NotificationCenter& notifications;
+    UnifiedLog& log;
+    const TextServices& text;
+    const FileManager& files;
+    const TypeRegistry& types;
+};
+
+/// The cloud service of a device that has its drive in folders below a home, without a server:
+///
+///     <home>/catalog.sqlite                           accounts and containers
+///     <home>/Mobile Documents/                        the synced root, made at the first start with an example drive
+///     <home>/Mobile Documents/orvane~Quillbox/        the default container: the drive's top folder
+///     <home>/Mobile Documents/<library>/Documents/    an app library
+///
+/// A synced root that was there and is gone (not mounted) is never made anew. A damaged catalogue is set aside and made
+/// from the tree. With a bound drive, that folder is the whole drive: there are no libraries, and nothing is added to
+/// it.
+class LocalCloudService final : public CloudService {
+public:
+    static Result<std::unique_ptr<LocalCloudService>> open(const CloudOptions&);
+
+    [[nodiscard]] std::optional<Data> identityToken() const override;
+    /// Refuses an empty name, one of more than 255 bytes, and one with control characters, by a formatting error
+    /// (2048).
+    [[nodiscard]] std::optional<Error> signIn(const std::string& accountName) override;
+    /// The account keeps its token for the next time.
+    [[nodiscard]] std::optional<Error> signOut() override;
+
+    [[nodiscard]] std::shared_ptr<const CloudContainer> defaultContainer() const override;
+    [[nodiscard]] std::vector<std::shared_ptr<const CloudContainer>> libraries() const override;
+    [[nodiscard]] std::shared_ptr<const CloudContainer> containerForURL(const URL&) const override;
+
+    [[nodiscard]] bool isContainerTopFolder(const URL&) const override;
+    [[nodiscard]] bool isInDrive(const URL&) const override;
+    [[nodiscard]] bool isInTrash(const URL&) const override;
+
+    Result<std::vector<std::string>> tagNames(const URL&) const override;
+
+private:
+    struct Place {
+        std::shared_ptr<const CloudContainer> container;
+        URL realDocumentsURL; ///< links resolved
+    };
+
+    LocalCloudService(const CloudOptions&, std::unique_ptr<Catalog>, const Catalog::Containers&);
+
+    void add(CloudContainer);
+    [[nodiscard]] std::shared_ptr<const CloudContainer> containerAt(const URL& resolved) const;
+    [[nodiscard]] URL withFolderResolved(const URL&) const;
+    [[nodiscard]] std::optional<Error> refusalOfName(const std::string& accountName) const;
+    void announceIdentityChange();
+
+    const CloudOptions options_;
+    const std::unique_ptr<Catalog> catalog_;
+    std::vector<Place> places_; ///< the default container first; fixed once made
+};
+
+} // namespace tessel
