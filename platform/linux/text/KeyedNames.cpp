@@ -72,8 +72,9 @@ void KeyedNames::order(Run run, std::vector<Run>& unfinished)
         auto end = start + 1;
         while (end < entries.size() && entries[end].chunk == entries[start].chunk)
             ++end;
-        if (end - start > 1)
-            unfinished.push_back({entries.subspan(start, end - start), run.wanted - start, run.depth + 1});
+        const auto size = end - start;
+        if (size > 1)
+            unfinished.push_back({entries.subspan(start, size), std::min(size, run.wanted - start), run.depth + 1});
         start = end;
     }
 }
