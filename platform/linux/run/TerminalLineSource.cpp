@@ -1,5 +1,7 @@
 #include "platform/linux/run/TerminalLineSource.h"
 
+#include "platform/run/MainQueue.h"
+
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -25,9 +27,15 @@ timespec toTimespec(Clock::Ticks duration)
 
 } // namespace
 
-TerminalLineSource::TerminalLineSource(int input) : input_(input), wakeUp_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
+TerminalLineSource::TerminalLineSource(MainQueue& queue, int input)
+    : input_(input), wakeUp_(std::make_shared<FileDescriptor>(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)))
 {
     std::signal(SIGPIPE, SIG_IGN);
+    queue.setWakeHandler([wakeUp = wakeUp_] {
+        const std::uint64_t one = 1;
+        // It fails only when the counter is full, and then the wake-up is already on its way.
+        [[maybe_unused]] const auto written = ::write(wakeUp->get(), &one, sizeof one);
+    });
 }
 
 Input TerminalLineSource::next(std::optional<Clock::Ticks> timeout)
@@ -48,13 +56,6 @@ void TerminalLineSource::waitForWake(Clock::Ticks timeout)
     poll(WaitFor::Wake, timeout);
 }
 
-void TerminalLineSource::wake() const
-{
-    const std::uint64_t one = 1;
-    // It fails only when the counter is full, and then the wake-up is already on its way.
-    [[maybe_unused]] const auto written = ::write(wakeUp_.get(), &one, sizeof one);
-}
-
 std::size_t TerminalLineSource::columns() const
 {
     winsize size{};
@@ -63,7 +64,7 @@ std::size_t TerminalLineSource::columns() const
 
 bool TerminalLineSource::poll(WaitFor what, std::optional<Clock::Ticks> timeout)
 {
-    std::array<pollfd, 2> descriptors{{{wakeUp_.get(), POLLIN, 0}, {input_, POLLIN, 0}}};
+    std::array<pollfd, 2> descriptors{{{wakeUp_->get(), POLLIN, 0}, {input_, POLLIN, 0}}};
     const timespec limit = toTimespec(timeout.value_or(Clock::Ticks::zero()));
     const nfds_t count = what == WaitFor::Wake ? 1 : 2;
     // A signal ends the wait like a wake-up; the caller looks around and waits again.
@@ -71,7 +72,7 @@ bool TerminalLineSource::poll(WaitFor what, std::optional<Clock::Ticks> timeout)
         return false;
     if (descriptors[0].revents != 0) {
         std::uint64_t wakes = 0;
-        [[maybe_unused]] const auto drained = ::read(wakeUp_.get(), &wakes, sizeof wakes);
+        [[maybe_unused]] const auto drained = ::read(wakeUp_->get(), &wakes, sizeof wakes);
     }
     return descriptors[1].revents != 0;
 }

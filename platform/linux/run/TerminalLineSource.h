@@ -4,23 +4,23 @@
 #include "platform/linux/files/FileDescriptor.h"
 
 #include <cstddef>
+#include <memory>
 
 namespace tessel {
 
+class MainQueue;
+
 /// Lines from a file descriptor: a terminal, a pipe or a file. Lines hold any bytes, up to 1 MiB each; a last line
 /// without an end counts. From its making on, the process ignores SIGPIPE: a closed output is seen by its stream.
-///
-/// Main thread only, but for `wake`.
+/// Main thread only.
 class TerminalLineSource final : public LineSource {
 public:
+    /// Also becomes the queue's wake handler, so it is made before other threads run; they may outlive it.
     /// @param input stays the caller's
-    explicit TerminalLineSource(int input);
+    TerminalLineSource(MainQueue& queue, int input);
 
     Input next(std::optional<Clock::Ticks> timeout) override;
     void waitForWake(Clock::Ticks timeout) override;
-
-    /// Ends the wait under way, or the next one. For the main queue's wake handler; safe from any thread.
-    void wake() const;
 
     /// The terminal's width in characters; 80 where there is none.
     [[nodiscard]] std::size_t columns() const;
@@ -36,10 +36,10 @@ private:
     [[nodiscard]] Input checked(std::string line);
 
     const int input_;
-    const FileDescriptor wakeUp_;
-    std::string buffer_;       ///< read, but not taken
-    std::size_t searched_ = 0; ///< bytes at the beginning of the buffer that hold no line end
-    bool skipping_ = false;    ///< the rest of a line that is too long is on its way
+    const std::shared_ptr<const FileDescriptor> wakeUp_; ///< counts the wake-ups
+    std::string buffer_;                                 ///< read, but not taken
+    std::size_t searched_ = 0;                           ///< bytes at the beginning of the buffer that hold no line end
+    bool skipping_ = false;                              ///< the rest of a line that is too long is on its way
     bool ended_ = false;
 };
 
