@@ -123,8 +123,12 @@ std::optional<Error> buildQuillpad(const URL& root, const URL& store, const Type
     library.folder("Documents/Meetings");
     library.file("Documents/Meetings/March.md", "# March\n\nPresent: Mira, Tom, Ayşe\n");
     library.notDownloaded("Documents/Shopping.txt", "Nails, twine, coffee\n");
-    library.declare(
-        {"orvane.Quillpad", root, "Quillpad", "One", {"public.plain-text", "mime:text/markdown"}, {"orvane.Quillpad"}});
+    library.declare({"orvane.Quillpad",
+                     root,
+                     "Quillpad",
+                     "One",
+                     {"orvane.quillpad.document", "public.plain-text"},
+                     {"orvane.Quillpad"}});
     return library.finish();
 }
 

@@ -1,0 +1,103 @@
+#include "platform/linux/LinuxPlatform.h"
+
+#include "platform/base/NotificationCenter.h"
+#include "platform/linux/StartFolders.h"
+#include "platform/linux/cloud/LocalCloudService.h"
+#include "platform/linux/files/FileStateStore.h"
+#include "platform/linux/files/FileUserDefaults.h"
+#include "platform/linux/files/LinuxFolderReader.h"
+#include "platform/linux/files/LinuxResourceValues.h"
+#include "platform/linux/files/PosixFileManager.h"
+#include "platform/linux/files/SharedMimeTypes.h"
+#include "platform/linux/text/EmbeddedStringTables.h"
+#include "platform/linux/text/IcuTextServices.h"
+#include "platform/linux/text/UserLocale.h"
+#include "platform/log/UnifiedLog.h"
+#include "platform/run/MainQueue.h"
+#include "platform/ui/Device.h"
+
+namespace tessel {
+
+// In the order in which they need each other.
+struct LinuxPlatform::Parts {
+    Parts(const LinuxPlatformOptions& options, const std::string& locale, const URL& home)
+        : clock(options.clock ? *options.clock : systemClock), text(locale, embeddedStringTables()),
+          types(locale, SharedMimeTypes::userDataFolders()), defaults(home.appending("defaults.json"), log),
+          states(home.appending("state.json"), log)
+    {
+    }
+
+    [[nodiscard]] std::optional<Error> connect(const URL& home, const std::optional<URL>& drive)
+    {
+        auto opened = LocalCloudService::open({home, drive, mainQueue, notifications, log, text, files, types});
+        if (!opened)
+            return opened.error();
+        cloud = std::move(opened.value());
+        folders.emplace(FolderServices{mainQueue, log, text, types, files, *cloud});
+        return std::nullopt;
+    }
+
+    SystemClock systemClock;
+    Clock& clock;
+    MainQueue mainQueue{clock};
+    NotificationCenter notifications;
+    UnifiedLog log{clock};
+    IcuTextServices text;
+    SharedMimeTypes types;
+    PosixFileManager files;
+    LinuxResourceValues resources{files, types};
+    FileUserDefaults defaults;
+    FileStateStore states;
+    Device device;
+    std::unique_ptr<LocalCloudService> cloud;
+    std::optional<LinuxFolderReader> folders;
+};
+
+Result<std::unique_ptr<LinuxPlatform>> LinuxPlatform::create(const LinuxPlatformOptions& options)
+{
+    const auto home = homeFolder(options.home);
+    if (!home)
+        return home.error();
+    std::optional<URL> drive;
+    if (options.drive) {
+        const auto folder = driveFolder(*options.drive);
+        if (!folder)
+            return folder.error();
+        drive = *folder;
+    }
+    auto parts = std::make_unique<Parts>(options, options.locale.empty() ? userLocale() : options.locale, *home);
+    if (auto error = parts->connect(*home, drive))
+        return *std::move(error);
+    return std::unique_ptr<LinuxPlatform>(new LinuxPlatform(std::move(parts)));
+}
+
+LinuxPlatform::LinuxPlatform(std::unique_ptr<Parts> parts) : parts_(std::move(parts))
+{
+}
+
+LinuxPlatform::~LinuxPlatform() = default;
+
+platform::Services LinuxPlatform::services()
+{
+    return {
+        .clock = parts_->clock,
+        .mainQueue = parts_->mainQueue,
+        .notifications = parts_->notifications,
+        .log = parts_->log,
+        .text = parts_->text,
+        .types = parts_->types,
+        .files = parts_->files,
+        .resources = parts_->resources,
+        .folders = *parts_->folders,
+        .cloud = *parts_->cloud,
+        .defaults = parts_->defaults,
+        .device = parts_->device,
+    };
+}
+
+StateStore& LinuxPlatform::stateStore()
+{
+    return parts_->states;
+}
+
+} // namespace tessel

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "platform/base/Error.h"
+#include "platform/base/URL.h"
+
+#include <string>
+
+namespace tessel {
+
+/// The folders that a start is given, links resolved. An error's description is one line for the user.
+
+/// Makes the folder and its parents (mode 0700) when they are missing.
+/// @param path empty: "tesseldrive" in the user's data folder
+/// @returns an error when it cannot be made or written
+Result<URL> homeFolder(const std::string& path);
+
+/// @returns an error for what is no folder, or one that cannot be read
+Result<URL> driveFolder(const std::string& path);
+
+} // namespace tessel
