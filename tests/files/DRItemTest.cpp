@@ -50,7 +50,7 @@ TEST_F(DRItemTest, DescribesADocument)
     EXPECT_EQ(document->localizedTypeDescription(), "kind of public.plain-text");
     EXPECT_EQ(document->friendlyFileSize(), "7 bytes");
     EXPECT_EQ(document->friendlyContentModificationDate(DateStyle::Short),
-              describe(*document->contentModificationDate()));
+              platform.text.dateAndTime(*document->contentModificationDate(), DateStyle::Short));
     EXPECT_EQ(document->parentDirectoryURL(), drive.url());
     EXPECT_THAT(document->tags(), Optional(ElementsAre("Red", "Work")));
     EXPECT_TRUE(document->isDownloaded());

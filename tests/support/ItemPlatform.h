@@ -3,13 +3,13 @@
 #include "platform/files/TypeRegistry.h"
 #include "platform/linux/files/LinuxResourceValues.h"
 #include "platform/linux/files/PosixFileManager.h"
-#include "platform/text/TextServices.h"
+#include "platform/linux/text/EmbeddedStringTables.h"
+#include "platform/linux/text/IcuTextServices.h"
 #include "tests/support/FakeCloud.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/LoggingPlatform.h"
 
 #include <algorithm>
-#include <cctype>
 
 namespace tessel {
 
@@ -38,39 +38,6 @@ public:
         return "kind of " + std::string(identifier);
     }
     [[nodiscard]] bool isPackageName(std::string_view name) const override { return name.ends_with(".deck"); }
-};
-
-/// Texts of no language, short enough to compare.
-class BareText final : public TextServices {
-public:
-    [[nodiscard]] std::string localized(std::string_view key) const override { return std::string(key); }
-    [[nodiscard]] std::string localizedCount(std::string_view key, std::int64_t count) const override
-    {
-        return std::string(key) + std::to_string(count);
-    }
-    [[nodiscard]] std::string byteCount(std::uint64_t bytes, ByteCountStyle) const override
-    {
-        return std::to_string(bytes) + " bytes";
-    }
-    [[nodiscard]] std::string dateAndTime(Date date, DateStyle) const override { return describe(date); }
-    [[nodiscard]] std::string displayName(std::string_view name) const override { return std::string(name); }
-    [[nodiscard]] std::strong_ordering compareNames(std::string_view left, std::string_view right) const override
-    {
-        return left <=> right;
-    }
-    [[nodiscard]] std::vector<std::uint32_t> orderOfNames(std::span<const std::string_view>) const override
-    {
-        return {};
-    }
-    [[nodiscard]] std::vector<std::uint32_t> firstOfNames(std::span<const std::string_view>, std::size_t) const override
-    {
-        return {};
-    }
-    [[nodiscard]] std::string searchFolded(std::string_view text) const override { return std::string(text); }
-    [[nodiscard]] bool equalIgnoringCase(std::string_view left, std::string_view right) const override
-    {
-        return std::ranges::equal(left, right, {}, ::tolower, ::tolower);
-    }
 };
 
 /// Resource values of real items, which a test counts or makes fail.
@@ -126,7 +93,7 @@ public:
     std::shared_ptr<LogCapture> log = std::make_shared<LogCapture>();
     PosixFileManager files;
     FewTypes types;
-    BareText text;
+    IcuTextServices text = IcuTextServices("en", embeddedStringTables());
     FakeCloud cloud;
     WatchedValues resources = WatchedValues(values_);
 

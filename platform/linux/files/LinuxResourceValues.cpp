@@ -4,6 +4,9 @@
 #include "platform/linux/files/AliasFile.h"
 #include "platform/linux/files/ExtendedAttributes.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <optional>
 #include <string>
 
@@ -173,6 +176,12 @@ private:
     const PlaceholderRecord& record_;
 };
 
+// Cheaper than asking for attributes, most of all where there is nothing.
+bool exists(const URL& url)
+{
+    return ::faccessat(AT_FDCWD, url.path().c_str(), F_OK, AT_SYMLINK_NOFOLLOW) == 0;
+}
+
 ResourceValues::Values valuesOf(Item&& item, std::span<const ResourceKey> keys)
 {
     ResourceValues::Values values;
@@ -210,11 +219,6 @@ URL LinuxResourceValues::physicalURLOfPromisedItem(const URL& url) const
     // Most items have no placeholder: looking for that first leaves one question to the file system.
     auto placeholder = placeholderURL(url);
     return exists(placeholder) && !exists(url) ? placeholder : url;
-}
-
-bool LinuxResourceValues::exists(const URL& url) const
-{
-    return static_cast<bool>(files_.attributes(url.path()));
 }
 
 } // namespace tessel

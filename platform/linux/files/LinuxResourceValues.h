@@ -25,8 +25,6 @@ public:
     void stopAccessingSecurityScopedResource(const URL&) override {}
 
 private:
-    [[nodiscard]] bool exists(const URL&) const;
-
     const FileManager& files_;
     const TypeRegistry& types_;
 };
