@@ -9,5 +9,6 @@ function(tessel_tables target)
         DEPENDS ${tables} ${CMAKE_SOURCE_DIR}/cmake/EmbedTables.cmake
         COMMENT "Embedding the string tables"
         VERBATIM)
+    add_custom_target(generated-sources DEPENDS ${source})
     target_sources(${target} PRIVATE ${source})
 endfunction()

@@ -23,15 +23,25 @@ std::string ownFolder()
     return user && user->pw_dir ? user->pw_dir : "";
 }
 
+std::string userFolder(const char* variable, const char* place)
+{
+    // A relative path is to be ignored.
+    if (auto folder = environment(variable); folder.starts_with('/'))
+        return folder;
+    const auto own = ownFolder();
+    return own.starts_with('/') ? own + place : "";
+}
+
 } // namespace
 
 std::string userDataFolder()
 {
-    // A relative path is to be ignored.
-    if (auto folder = environment("XDG_DATA_HOME"); folder.starts_with('/'))
-        return folder;
-    const auto own = ownFolder();
-    return own.starts_with('/') ? own + "/.local/share" : "";
+    return userFolder("XDG_DATA_HOME", "/.local/share");
+}
+
+std::string userStateFolder()
+{
+    return userFolder("XDG_STATE_HOME", "/.local/state");
 }
 
 } // namespace tessel

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "platform/log/UnifiedLog.h"
+
+#include <optional>
+#include <span>
+#include <string>
+
+namespace tessel {
+
+/// What the user asked for when starting the program.
+struct CommandLine {
+    bool showHelp = false;
+    bool showVersion = false;
+    bool console = false;
+    bool json = false;
+    bool showPrivateLogArguments = false;
+    std::string home;                 ///< empty: the default place
+    std::optional<std::string> drive; ///< an existing folder to show as the drive
+    std::optional<std::string> log;   ///< "stderr", "off" or a file; none: the system's log
+    std::optional<LogLevel> logLevel;
+
+    /// @param arguments without the program's own name
+    /// @returns the options, or an error whose description is one line for the user.
+    static Result<CommandLine> parse(std::span<const char* const> arguments);
+
+    /// The text of --help.
+    [[nodiscard]] static std::string help();
+};
+
+} // namespace tessel

@@ -1,0 +1,117 @@
+#include "app/common/Log.h"
+#include "app/entry/AppDelegate.h"
+#include "app/entry/CommandLine.h"
+#include "files/FileUtils.h"
+#include "platform/console/ConsoleShell.h"
+#include "platform/linux/LinuxPlatform.h"
+#include "platform/linux/base/UserFolders.h"
+#include "platform/linux/log/DefaultLogSink.h"
+#include "platform/linux/run/TerminalLineSource.h"
+#include "platform/log/StreamSink.h"
+
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <unistd.h>
+
+namespace {
+
+using namespace tessel;
+
+constexpr int kUsageError = 2;
+
+int fail(const Error& error)
+{
+    std::cerr << "tesseldrive: " << error.description << '\n';
+    return kUsageError;
+}
+
+/// A path that can be opened, also when the shell found the program by its bare name.
+std::string executablePath(const std::string& firstArgument)
+{
+    std::error_code ignored;
+    return firstArgument.find('/') != std::string::npos
+               ? firstArgument
+               : std::filesystem::read_symlink("/proc/self/exe", ignored).string();
+}
+
+/// Where the log goes. @returns null for no log.
+Result<std::shared_ptr<LogSink>> makeLogSink(const CommandLine& options)
+{
+    std::shared_ptr<LogSink> sink;
+    if (!options.log) {
+        sink = makeDefaultLogSink(userStateFolder() + "/tesseldrive");
+    } else if (*options.log == "stderr") {
+        sink = std::make_shared<StreamSink>(std::cerr);
+    } else if (*options.log != "off") {
+        static std::ofstream file;
+        file.open(*options.log, std::ios::app | std::ios::binary);
+        if (!file)
+            return Error{Domain::General, ErrorCode::kNoSuchFile, "Cannot write the log file: " + *options.log, {}};
+        sink = std::make_shared<StreamSink>(file);
+    }
+    if (!sink)
+        return sink;
+    sink->showsPrivateArguments = options.showPrivateLogArguments;
+    sink->minimumLevel = options.logLevel.value_or(options.log ? LogLevel::Debug : LogLevel::Info);
+    return sink;
+}
+
+void logBanner(const std::string& executable)
+{
+    TSD_FUNCTION("main");
+    TSD_DEBUG("-------------------------------------------------------");
+    TSD_INFO("Running %s", executable);
+    TSD_INFO("Built (main) on " __DATE__ " @ " __TIME__);
+}
+
+ConsoleOptions consoleOptions(const CommandLine& options, const TerminalLineSource& input)
+{
+    const auto* terminal = std::getenv("TERM");
+    const bool interactive = isatty(STDIN_FILENO) && isatty(STDOUT_FILENO);
+    return {.interactive = interactive,
+            .json = options.json,
+            .showsPrivateLogArguments = options.showPrivateLogArguments,
+            .usesEscapes = interactive && terminal && std::string_view(terminal) != "dumb",
+            .columns = [&input] { return input.columns(); }};
+}
+
+void runApplication(LinuxPlatform& platform, const CommandLine& options)
+{
+    AppDelegate delegate;
+    Application application(delegate, platform.stateStore());
+    TerminalLineSource input(platform.services().mainQueue, STDIN_FILENO);
+    application.launch({});
+    ConsoleShell(application, input, std::cout, consoleOptions(options, input)).run();
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    const std::vector<const char*> arguments(argv + 1, argv + std::max(argc, 1));
+    const auto options = CommandLine::parse(arguments);
+    if (!options)
+        return fail(options.error());
+    if (options->showHelp || options->showVersion) {
+        std::cout << (options->showHelp ? CommandLine::help() : "tesseldrive " TESSELDRIVE_VERSION "\n");
+        return 0;
+    }
+    LinuxPlatformOptions platformOptions;
+    platformOptions.home = options->home;
+    platformOptions.drive = options->drive;
+    const auto platform = LinuxPlatform::create(platformOptions);
+    if (!platform)
+        return fail(platform.error());
+    const platform::Scope scope((*platform)->services());
+    const auto sink = makeLogSink(*options);
+    if (!sink)
+        return fail(sink.error());
+    if (*sink)
+        (*platform)->services().log.addSink(*sink);
+
+    logBanner(argv[0]);
+    FileUtils::logFileAttributes(executablePath(argv[0]));
+    runApplication(**platform, *options);
+    return 0;
+}

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "platform/base/NotificationCenter.h"
+#include "platform/base/Value.h"
+#include "platform/documents/DocumentListController.h"
+#include "platform/ui/NavigationController.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace tessel {
+
+/// The root of the window and the spine of the browser: a stack of folder lists from the drive's top folder down to
+/// the one on screen, or the unavailable view while no account is signed in. It configures every list before it is
+/// shown and answers what the user does in it. Main thread only.
+class NavController : public NavigationController,
+                      public NavigationControllerDelegate,
+                      public DocumentListControllerDelegate {
+public:
+    [[nodiscard]] std::string className() const override { return "NavController"; }
+
+    bool editMode = false;      ///< items are being selected in the top list
+    std::string viewTitle;      ///< the top list's title outside edit mode
+    bool pickerIsAlive = false; ///< some list has reported its items since the stack was last built
+
+    /// Rebuilds the stack from nothing: the top folder's list, or the unavailable view.
+    void setupInitialViewController();
+    /// Whether an account is signed in.
+    [[nodiscard]] bool checkTesselState() const;
+    /// The list on screen, or null.
+    [[nodiscard]] std::shared_ptr<DocumentListController> getTopDocumentListController() const;
+
+    /// Replaces the stack by the lists down to a folder. @returns whether it did.
+    bool warpToFolderForURL(const URL&);
+    /// Shows a document asked for from outside. What was presented is dismissed in any case.
+    /// @returns whether a preview was started; never for a URL outside the drive or in its trash.
+    bool warpToNewURL(const std::optional<URL>&);
+    /// Goes to the top list and, 0.7 seconds later, searches there.
+    void startSearch(const std::string& query);
+
+    /// Logs where the drive's container lies.
+    void logContainerURL() const;
+
+    void navigationControllerDidShowViewController(NavigationController&, const std::shared_ptr<ViewController>& shown,
+                                                   Animated) override;
+    void documentListControllerDidSelectContainerWithViewController(
+        DocumentListController&, const std::shared_ptr<DocumentListController>& newList) override;
+    void documentListControllerDidSelectItemAtURL(DocumentListController&, const URL&) override;
+    void documentListControllerItemsChanged(DocumentListController&) override;
+    void documentListControllerURLWasRemoved(DocumentListController&) override;
+
+protected:
+    void viewDidLoad() override;
+
+private:
+    void showDrive();
+    void showUnavailable();
+    void initNewListController(DocumentListController&);
+
+    void didBecomeActiveNotification();
+    void tesselAccountAvailabilityChanged();
+    void handleAccountChanges();
+    void saveTesselToken(const std::optional<Data>&);
+
+    void openFolderLink(const URL&);
+
+    NotificationCenter::Observation becomeActive_;
+    NotificationCenter::Observation identityChanged_;
+};
+
+} // namespace tessel

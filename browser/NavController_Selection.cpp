@@ -1,0 +1,97 @@
+#include "app/common/Log.h"
+#include "browser/NavController.h"
+#include "files/DRItem.h"
+#include "platform/cloud/CloudService.h"
+#include "platform/documents/SearchController.h"
+#include "platform/run/MainQueue.h"
+#include "preview/PreviewItemManager.h"
+
+namespace tessel {
+
+namespace {
+
+bool isInDrive(const std::optional<URL>& url)
+{
+    return url && platform::installed().cloud.isInDrive(*url);
+}
+
+/// The item that a link stands for; null for one that leads out of the drive or to nothing.
+std::shared_ptr<DRItem> followLink(const DRItem& link)
+{
+    TSD_FUNCTION("-[NavController documentListController:didSelectItemAtURL:]");
+    if (!isInDrive(link.resolvedURL())) {
+        TSD_DEBUG("DLC Selection is symlink to outside target: %@", link.resolvedURL());
+        return nullptr;
+    }
+    auto target = DRItem::initWithURL(link.resolvedURL());
+    if (!target) {
+        TSD_DEBUG("DLC Selection is symlink that didn't resolve to valid target: %@", link.resolvedURL());
+        return nullptr;
+    }
+    if (!isInDrive(target->resolvedURL())) {
+        TSD_DEBUG("DLC Selection is symlink to invalid target: %@", target->resolvedURL());
+        return nullptr;
+    }
+    return target;
+}
+
+} // namespace
+
+void NavController::documentListControllerDidSelectContainerWithViewController(
+    DocumentListController&, const std::shared_ptr<DocumentListController>& newList)
+{
+    TSD_FUNCTION("-[NavController documentListController:didSelectContainerWithViewController:]");
+    TSD_USER_ACTION("Selected Folder (dlc)");
+    if (!newList) {
+        TSD_WARNING("New DLC is nil");
+        return;
+    }
+    TSD_INFO("User selected folder %@", newList->presentedURL());
+    if (editMode) {
+        TSD_WARNING("DLC Navigation not allowed while in edit mode");
+        return;
+    }
+    if (std::dynamic_pointer_cast<SearchController>(presentedViewController())) {
+        dismiss(Animated::Yes);
+        if (warpToFolderForURL(newList->presentedURL()))
+            return;
+    }
+    initNewListController(*newList);
+    pushViewController(newList, Animated::Yes);
+}
+
+void NavController::documentListControllerDidSelectItemAtURL(DocumentListController&, const URL& url)
+{
+    TSD_FUNCTION("-[NavController documentListController:didSelectItemAtURL:]");
+    TSD_USER_ACTION("Selected Item (dlc)");
+    TSD_INFO("Picked URL: %@", url);
+    auto item = DRItem::initWithURL(url);
+    if (item)
+        TSD_DEBUG("DRItem: %@ (%{public}@ bytes %{public}@)", item, item->fileSize(), item->url()->pathExtension());
+    if (!item) {
+        DispatchQueue::main().async([self = std::static_pointer_cast<NavController>(shared_from_this())] {
+            self->setupInitialViewController();
+        });
+        return;
+    }
+    if (editMode) {
+        TSD_DEBUG("DLC Selection not allowed while in edit mode");
+        return;
+    }
+    if (item->isSymlink() && !(item = followLink(*item)))
+        return;
+    if (item->isDirectory())
+        openFolderLink(*item->url());
+}
+
+void NavController::openFolderLink(const URL& folder)
+{
+    TSD_FUNCTION("-[NavController documentListController:didSelectItemAtURL:]");
+    TSD_DEBUG("Building DLC stack for symlink to %@", folder);
+    if (const auto stack = PreviewItemManager::dlcStackForURL(folder))
+        setViewControllers({stack->begin(), stack->end()}, Animated::Yes);
+    else
+        TSD_ERROR("Couldn't build DLC stack for %@. Not switching to folder", folder);
+}
+
+} // namespace tessel
