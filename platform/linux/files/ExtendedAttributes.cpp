@@ -18,7 +18,7 @@ constexpr std::size_t kMaximumSize = 64 * 1024;
 
 Result<std::optional<std::string>> extendedAttribute(const URL& url, const char* name)
 {
-    std::array<char, 512> usual; // NOLINT: filled by the call
+    std::array<char, 512> usual;
     auto size = ::lgetxattr(url.path().c_str(), name, usual.data(), usual.size());
     if (size >= 0)
         return std::optional(std::string(usual.data(), static_cast<std::size_t>(size)));
