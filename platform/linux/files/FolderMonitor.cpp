@@ -155,6 +155,8 @@ int FolderMonitor::waitingTime()
         if (watcher.isPolled)
             next = std::min(next, watcher.nextPoll);
     }
+    if (!wake_.isOpen()) // out of descriptors, too: look now and then whether it is time to stop
+        next = std::min(next, steady_clock::now() + kPollingInterval);
     if (next == Time::max())
         return -1;
     const auto milliseconds = std::chrono::ceil<std::chrono::milliseconds>(next - steady_clock::now()).count();

@@ -21,29 +21,28 @@ constexpr auto kDeliveryInterval = std::chrono::milliseconds(50);
 constexpr std::size_t kHitsInOneGo = 256;
 
 /// Opens a folder whose path may be longer than the kernel takes at once, piece by piece.
-FileDescriptor openDeepFolder(const std::string& path)
+/// @param start an open folder that a relative path begins at
+FileDescriptor openDeepFolder(int start, std::string_view path)
 {
     constexpr std::size_t kPiece = PATH_MAX - 1;
     FileDescriptor folder;
-    std::size_t begin = 0;
-    while (begin < path.size()) {
-        const bool isLast = path.size() - begin <= kPiece;
-        const auto end = isLast ? path.size() : path.rfind('/', begin + kPiece);
+    while (true) {
+        const bool isLast = path.size() <= kPiece;
+        const std::string piece(path.substr(0, isLast ? path.size() : path.rfind('/', kPiece)));
         const int mode = (isLast ? O_RDONLY : O_PATH) | O_DIRECTORY | O_CLOEXEC;
-        const int start = folder.isOpen() ? folder.get() : AT_FDCWD;
-        folder = FileDescriptor(::openat(start, path.substr(begin, end - begin).c_str(), mode));
-        if (!folder.isOpen())
-            break;
-        begin = path.find_first_not_of('/', end);
+        folder = FileDescriptor(::openat(folder.isOpen() ? folder.get() : start, piece.c_str(), mode));
+        if (isLast || !folder.isOpen())
+            return folder;
+        path.remove_prefix(piece.size() + 1);
     }
-    return folder;
 }
 
 } // namespace
 
 FolderSearchTask::FolderSearchTask(const URL& folder, std::string_view query, SearchClient client,
                                    const FolderServices& services)
-    : root_(folder), query_(services.text.searchFolded(query)), client_(std::move(client)), services_(services)
+    : root_(folder), query_(services.text.searchFolded(query)), client_(std::move(client)), services_(services),
+      previousURL_(folder)
 {
 }
 
@@ -60,7 +59,7 @@ void FolderSearchTask::run()
 
 void FolderSearchTask::searchFolder(const URL& url)
 {
-    const auto folder = openDeepFolder(url.path());
+    auto folder = open(url);
     // What vanishes or cannot be read meanwhile has nothing to be found in.
     [[maybe_unused]] const int error = visitNames(folder.get(), [&](std::string_view name) {
         if (isListedName(name))
@@ -70,6 +69,17 @@ void FolderSearchTask::searchFolder(const URL& url)
             deliver();
         return !ended_;
     });
+    previous_ = std::move(folder);
+    previousURL_ = url;
+}
+
+/// Way down a chain of folders each is opened from the one before, not from the very top.
+FileDescriptor FolderSearchTask::open(const URL& url) const
+{
+    if (!previous_.isOpen() || !previousURL_.contains(url))
+        return openDeepFolder(AT_FDCWD, url.path());
+    const std::string_view path = url.path();
+    return openDeepFolder(previous_.get(), path.substr(path.find_first_not_of('/', previousURL_.path().size())));
 }
 
 void FolderSearchTask::look(int folder, const URL& url, std::string_view fileName)

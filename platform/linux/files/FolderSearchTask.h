@@ -25,6 +25,7 @@ public:
 
 private:
     void searchFolder(const URL&);
+    [[nodiscard]] FileDescriptor open(const URL&) const;
     void look(int folder, const URL&, std::string_view fileName);
     void consider(const URL& folder, std::string_view name, const FolderEntry&);
     void deliver();
@@ -37,6 +38,8 @@ private:
 
     // On the worker.
     std::queue<URL> folders_; ///< still to be searched
+    FileDescriptor previous_; ///< the folder searched last
+    URL previousURL_;
     std::vector<SearchHit> hits_;
     std::chrono::steady_clock::time_point delivered_ = std::chrono::steady_clock::now();
 };

@@ -1,0 +1,240 @@
+#include "platform/documents/DocumentListController.h"
+
+#include "platform/documents/SearchController.h"
+#include "platform/ui/Application.h"
+#include "platform/ui/NavigationController.h"
+#include "tests/support/ListingPlatform.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+
+namespace tessel {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class Delegate final : public DocumentListControllerDelegate {
+public:
+    void documentListControllerDidSelectContainerWithViewController(
+        DocumentListController&, const std::shared_ptr<DocumentListController>& newList) override
+    {
+        opened.push_back("list " + newList->title());
+    }
+    void documentListControllerDidSelectItemAtURL(DocumentListController&, const URL& url) override
+    {
+        opened.push_back("item " + std::string(url.lastPathComponent()));
+    }
+    void documentListControllerItemsChanged(DocumentListController&) override { changes++; }
+    void documentListControllerURLWasRemoved(DocumentListController&) override
+    {
+        removals++;
+        list.reset(); // the last owner goes in the middle of the call
+    }
+
+    std::vector<std::string> opened;
+    int changes = 0;
+    int removals = 0;
+    std::shared_ptr<DocumentListController> list;
+};
+
+class DocumentListControllerTest : public testing::Test {
+protected:
+    std::shared_ptr<DocumentListController> shown(std::shared_ptr<DocumentListController> list)
+    {
+        list->delegate = delegate;
+        list->view();
+        EXPECT_TRUE(platform.waitUntil([&] { return list->state() != ListState::Loading; }));
+        return list;
+    }
+    std::shared_ptr<DocumentListController> shown(const std::string& folder)
+    {
+        return shown(DocumentListController::create(drive.url(folder)));
+    }
+    static std::vector<std::string> titles(const DocumentListController& list)
+    {
+        std::vector<std::string> result;
+        for (std::size_t index = 0; index < list.containedItemCount(); ++index)
+            result.push_back(list.row(index).title);
+        return result;
+    }
+    static std::vector<std::string> names(const std::vector<URL>& urls)
+    {
+        std::vector<std::string> result;
+        for (const auto& url : urls)
+            result.emplace_back(url.lastPathComponent());
+        return result;
+    }
+    std::optional<std::vector<std::string>> hierarchy(const URL& url)
+    {
+        const auto lists = DocumentListController::listControllerHierarchyForURL(url);
+        if (!lists)
+            return std::nullopt;
+        std::vector<std::string> result;
+        for (const auto& list : *lists)
+            result.push_back(list->title());
+        return result;
+    }
+
+    ListingPlatform platform;
+    TemporaryDrive& drive = platform.drive;
+    std::shared_ptr<Delegate> delegate = std::make_shared<Delegate>();
+};
+
+TEST_F(DocumentListControllerTest, ShowsLibrariesAmongTheItemsOfTheTopFolder)
+{
+    platform.cloud.apps = {platform.container("Apps/Paint", "Paint"), platform.container("Apps/Zeichnen", "Zeichnen")};
+    drive.tree("Drive/Alpha/ Drive/Quill Apps/Paint/One");
+    const auto list = shown(DocumentListController::create());
+    EXPECT_EQ(list->title(), "My Drive");
+    EXPECT_THAT(titles(*list), ElementsAre("Alpha", "Paint", "Quill", "Zeichnen"));
+    EXPECT_EQ(list->row(1).kind, RowKind::Library);
+    EXPECT_EQ(list->containedItemURLs()[1], drive.url("Apps/Paint"));
+
+    // Rows move around libraries; what is told must say where.
+    std::vector<RowChanges> told;
+    list->rowsChanged = [&](const RowChanges& changes) { told.push_back(changes); };
+    drive.file("Drive/Beta");
+    ASSERT_TRUE(platform.waitUntil([&] { return list->containedItemCount() == 5; }));
+    EXPECT_THAT(told.front().inserted, ElementsAre(1));
+    told.clear();
+    fs::remove(drive.url("Drive/Quill").path());
+    ASSERT_TRUE(platform.waitUntil([&] { return list->containedItemCount() == 4; }));
+    EXPECT_THAT(told.back().removed, ElementsAre(3));
+    EXPECT_THAT(titles(*list), ElementsAre("Alpha", "Beta", "Paint", "Zeichnen"));
+
+    list->setVisibleRows(0, 4);
+    ASSERT_TRUE(platform.waitUntil([&] { return !list->isBusy(); }));
+    EXPECT_EQ(list->row(2).itemCount, 1U);
+    EXPECT_EQ(list->row(0).itemCount, 0U);
+
+    list->pressRow(2);
+    EXPECT_THAT(delegate->opened, ElementsAre("list Paint"));
+}
+
+TEST_F(DocumentListControllerTest, OpensWhatIsPressedByItsKind)
+{
+    drive.tree("F/Deck.deck/ F/Folder/ F/Link->Folder F/Plan.txt");
+    const auto list = shown("F");
+    for (std::size_t index = 0; index < 5; ++index)
+        list->pressRow(index);
+    EXPECT_THAT(delegate->opened, ElementsAre("item Deck.deck", "list Folder", "item Link", "item Plan.txt"));
+}
+
+TEST_F(DocumentListControllerTest, KeepsTheSelectionByNameWhileItemsChange)
+{
+    drive.tree("F/a F/b F/c F/d");
+    const auto list = shown("F");
+    list->setEditing(true, Animated::No);
+    list->pressRow(3);
+    list->pressRow(0);
+    list->pressRow(1);
+    list->pressRow(0);
+    EXPECT_THAT(names(list->selectedItemURLs()), ElementsAre("b", "d"));
+    EXPECT_THAT(delegate->opened, IsEmpty());
+
+    fs::remove(drive.url("F/b").path());
+    drive.file("F/aa");
+    drive.file("F/d", "changed");
+    ASSERT_TRUE(platform.waitUntil([&] { return list->row(3).size == 7U; }));
+    EXPECT_THAT(names(list->selectedItemURLs()), ElementsAre("d"));
+
+    const auto before = delegate->changes;
+    list->setSelectedItemURLs({drive.url("F/c"), drive.url("F/b"), drive.url("Elsewhere/a"), drive.url("F/aa")});
+    EXPECT_THAT(names(list->selectedItemURLs()), ElementsAre("aa", "c"));
+    EXPECT_EQ(delegate->changes, before + 1);
+    list->setEditing(false, Animated::No);
+    EXPECT_THAT(list->selectedItemURLs(), IsEmpty());
+}
+
+TEST_F(DocumentListControllerTest, TellsARemovedFolderOnceAndFindsItAgainWhenItIsBack)
+{
+    drive.tree("F/a");
+    delegate->list = shown("F");
+    const auto list = delegate->list;
+    fs::remove_all(drive.url("F").path());
+    ASSERT_TRUE(platform.waitUntil([&] { return delegate->removals > 0; }));
+    EXPECT_EQ(list->state(), ListState::Failed);
+    EXPECT_EQ(list->failure()->code, ErrorCode::kNoSuchFile);
+    EXPECT_EQ(list->containedItemCount(), 0U);
+
+    platform.notifications().post(kDidBecomeActiveNotification);
+    ASSERT_TRUE(platform.waitUntil([&] { return list->state() == ListState::Failed; }));
+    EXPECT_EQ(delegate->removals, 1);
+
+    drive.tree("F/b");
+    platform.notifications().post(kDidBecomeActiveNotification);
+    ASSERT_TRUE(platform.waitUntil([&] { return list->state() == ListState::Complete; }));
+    EXPECT_FALSE(list->failure());
+    EXPECT_THAT(titles(*list), ElementsAre("b"));
+}
+
+TEST_F(DocumentListControllerTest, LivesThroughItsLastOwnerGoingWhileItTells)
+{
+    delegate->list = shown(DocumentListController::create(drive.folder("F")));
+    fs::remove(drive.url("F").path());
+    EXPECT_TRUE(platform.waitUntil([&] { return delegate->removals == 1; }));
+    EXPECT_FALSE(delegate->list);
+}
+
+TEST_F(DocumentListControllerTest, BuildsTheListsDownToAFolderOfTheDriveOnly)
+{
+    platform.cloud.apps = {platform.container("Apps/Paint", "Paint")};
+    drive.tree("Drive/A/B/ Drive/A/File Drive/A/P.deck/in/ Apps/Paint/X/ Elsewhere/Y/ link->Drive/A");
+    const auto list = [](auto... titles) { return std::optional(std::vector<std::string>{titles...}); };
+    EXPECT_EQ(hierarchy(drive.url("Drive")), list("My Drive"));
+    EXPECT_EQ(hierarchy(drive.url("Drive/A/B")), list("My Drive", "A", "B"));
+    EXPECT_EQ(hierarchy(drive.url("Apps/Paint/X")), list("My Drive", "Paint", "X"));
+    EXPECT_EQ(hierarchy(drive.url("link/B")), list("My Drive", "A", "B"));
+    for (const auto* const other : {"Drive/A/File", "Drive/A/P.deck", "Drive/A/P.deck/in", "Drive/None", "Elsewhere/Y"})
+        EXPECT_EQ(hierarchy(drive.url(other)), std::nullopt) << other;
+    platform.cloud.top = nullptr;
+    EXPECT_EQ(DocumentListController::create(), nullptr);
+}
+
+TEST_F(DocumentListControllerTest, FetchesDetailsOfVisibleRowsAgainWhenTheyMayHaveChanged)
+{
+    drive.tree("F/Sub/one");
+    const auto list = shown("F");
+    EXPECT_EQ(list->row(0).itemCount, std::nullopt);
+    list->setVisibleRows(0, 10);
+    ASSERT_TRUE(platform.waitUntil([&] { return list->row(0).itemCount == 1U; }));
+    list->setVisibleRows(0, 0);
+    drive.file("F/Sub/two");
+    list->setVisibleRows(0, 10);
+    EXPECT_TRUE(platform.waitUntil([&] { return list->row(0).itemCount == 2U; }));
+}
+
+TEST_F(DocumentListControllerTest, PresentsSortedSearchResultsWhileThereIsAQuery)
+{
+    drive.tree("F/Plan10 F/Deep/plan2 F/Other F/Deep/Plans/");
+    const auto list = shown("F");
+    list->startSearch("plan"); // on no stack: nowhere to present it
+    const auto navigation = std::make_shared<NavigationController>();
+    navigation->setViewControllers({list}, Animated::No);
+    list->startSearch("plan");
+    const auto search = std::dynamic_pointer_cast<SearchController>(navigation->presentedViewController());
+    ASSERT_TRUE(search);
+    ASSERT_TRUE(platform.waitUntil([&] { return !search->isBusy(); }));
+    std::vector<std::string> found;
+    for (const auto& row : search->results())
+        found.push_back(row.title);
+    EXPECT_THAT(found, ElementsAre("plan2", "Plan10", "Plans"));
+    search->pressResult(0);
+    search->pressResult(2);
+    EXPECT_THAT(delegate->opened, ElementsAre("item plan2", "list Plans"));
+
+    list->startSearch("");
+    EXPECT_EQ(navigation->presentedViewController(), nullptr);
+    list->startSearch("other");
+    const auto again = std::dynamic_pointer_cast<SearchController>(navigation->presentedViewController());
+    ASSERT_TRUE(again);
+    EXPECT_TRUE(again->isBusy());
+    navigation->dismiss(Animated::No);
+    EXPECT_FALSE(again->isBusy());
+}
+
+} // namespace
+} // namespace tessel
