@@ -74,14 +74,14 @@ std::string SizeTexts::text(std::uint64_t bytes, ByteCountStyle style) const
 
 const icu::number::LocalizedNumberFormatter& SizeTexts::formatter(std::size_t unit) const
 {
-    auto& [opened, formatter] = units_[unit];
-    std::call_once(opened, [&] {
-        formatter = icu::number::NumberFormatter::withLocale(icu::Locale(locale_.c_str()))
-                        .unit(measureUnit(unit))
-                        .unitWidth(unit == 0 ? UNUM_UNIT_WIDTH_FULL_NAME : UNUM_UNIT_WIDTH_SHORT)
-                        .precision(icu::number::Precision::maxFraction(2));
+    auto& own = units_[unit];
+    std::call_once(own.opened, [&] {
+        own.formatter = icu::number::NumberFormatter::withLocale(icu::Locale(locale_.c_str()))
+                            .unit(measureUnit(unit))
+                            .unitWidth(unit == 0 ? UNUM_UNIT_WIDTH_FULL_NAME : UNUM_UNIT_WIDTH_SHORT)
+                            .precision(icu::number::Precision::maxFraction(2));
     });
-    return formatter;
+    return own.formatter;
 }
 
 } // namespace tessel
