@@ -26,10 +26,10 @@ Result<std::vector<std::string>> readTagNames(const URL& url)
     if (!attribute)
         return attribute.error();
     std::vector<std::string> names;
-    const std::string_view text = *attribute ? **attribute : "";
+    const auto text = attribute->value_or("");
     for (std::size_t start = 0; start < text.size() && names.size() < kMaximumCount;) {
         const auto end = std::min(text.find(',', start), text.size());
-        const auto name = trimmed(text.substr(start, end - start));
+        const auto name = trimmed(std::string_view(text).substr(start, end - start));
         if (!name.empty() && isValidUTF8(name))
             names.emplace_back(name);
         start = end + 1;
