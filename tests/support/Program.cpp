@@ -18,14 +18,6 @@ namespace {
 
 constexpr int kPatience = 30'000; ///< milliseconds
 
-std::string programPath()
-{
-    const char* const path = std::getenv("TESSELDRIVE");
-    if (!path)
-        throw std::runtime_error("TESSELDRIVE does not name the program");
-    return path;
-}
-
 std::vector<char*> pointers(std::vector<std::string>& texts)
 {
     std::vector<char*> result;
@@ -53,7 +45,7 @@ void closeOnce(int& descriptor)
 
 Program::Program(const std::vector<std::string>& arguments, std::optional<uid_t> user)
 {
-    std::vector<std::string> words = {programPath()};
+    std::vector<std::string> words = {std::string(TESSELDRIVE_PROGRAM)};
     words.insert(words.end(), arguments.begin(), arguments.end());
     // Nothing of the developer's own home, language or session reaches the program.
     std::vector<std::string> environment = {"HOME=/nonexistent", "LC_ALL=C.UTF-8", "TZ=UTC"};

@@ -8,8 +8,8 @@
 
 namespace tessel {
 
-/// The built program, running beside the test with its console on pipes. It finds its way by the environment variable
-/// TESSELDRIVE. Whatever does not answer within 30 seconds is killed, and the call throws.
+/// The built program, running beside the test with its console on pipes. Whatever does not answer within 30 seconds is
+/// killed, and the call throws.
 class Program {
 public:
     /// What a command answered.
