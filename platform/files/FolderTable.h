@@ -80,7 +80,7 @@ public:
     /// more than a few milliseconds, else as a reset.
     [[nodiscard]] RowChanges replaceWith(FolderTable newer, const TextServices&);
 
-    /// Selects what is selected in the older table of the same folder, by name, and nothing else.
+    /// Selects, by name, what is selected in the older table of the same folder.
     void takeSelectionFrom(const FolderTable& older);
 
 private:

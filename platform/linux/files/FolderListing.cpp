@@ -25,6 +25,7 @@ namespace {
 constexpr std::size_t kBufferSize = 256 * 1024;
 constexpr std::size_t kChunk = 256;
 constexpr std::size_t kWorthAThread = 2 * kChunk;
+constexpr std::size_t kScreenful = 50;
 
 /// Runs `work(begin, end)` over all of [0, count) on this thread, after `firstHere`, and, when it is worth it, on
 /// another one at the same time.
@@ -157,11 +158,11 @@ void FolderListing::readPlaceholders(const std::vector<std::string>& files)
     }
 }
 
-FolderTable FolderListing::firstRows(std::size_t count) const
+FolderTable FolderListing::firstRows(const std::vector<std::string_view>& names) const
 {
     FolderTable result;
-    for (const auto index : services_.text.firstOfNames(items_.names(), count)) {
-        const auto name = items_.name(index);
+    for (const auto index : services_.text.firstOfNames(names, kScreenful)) {
+        const auto name = names[index];
         const bool isFile = index < fileCount_;
         result.append(name, isFile ? describeItem(folder_, name, services_.types).value_or(FolderEntry())
                                    : items_.entry(index));
@@ -176,11 +177,16 @@ void FolderListing::describeItems(std::size_t begin, std::size_t end)
             items_.setEntry(index, *entry);
 }
 
-FolderTable FolderListing::allRows()
+FolderTable FolderListing::allRows(const std::function<void(FolderTable)>& tellFirst)
 {
+    const auto names = items_.names();
     std::vector<std::uint32_t> order;
     const auto describe = [this](std::size_t begin, std::size_t end) { describeItems(begin, end); };
-    shareWork(fileCount_, describe, [&] { order = services_.text.orderOfNames(items_.names()); });
+    shareWork(fileCount_, describe, [&] {
+        if (tellFirst && names.size() > kScreenful)
+            tellFirst(firstRows(names));
+        order = services_.text.orderOfNames(names);
+    });
     items_.arrange(order);
     return std::move(items_);
 }

@@ -46,19 +46,18 @@ public:
     /// The first step: the names of all items.
     /// @returns the errno that stopped it, or 0
     [[nodiscard]] int readNames();
-    [[nodiscard]] std::size_t itemCount() const { return items_.size(); }
 
-    /// The beginning of the sorted list, for a fraction of the whole one's cost.
-    [[nodiscard]] FolderTable firstRows(std::size_t count) const;
-    /// The whole list, sorted and described. The last step. An item that vanished meanwhile is in it without size; its
+    /// The last step: the whole list, sorted and described. An item that vanished meanwhile is in it without size; its
     /// going is told by the monitor.
-    [[nodiscard]] FolderTable allRows();
+    /// @param tellFirst given the first screenful as soon as it is known, when there is more than that
+    [[nodiscard]] FolderTable allRows(const std::function<void(FolderTable)>& tellFirst);
 
     /// The names of the items behind placeholder files, by the names of these.
     [[nodiscard]] std::map<std::string, std::string> takePlaceholders() { return std::move(placeholders_); }
 
 private:
     void readPlaceholders(const std::vector<std::string>& files);
+    [[nodiscard]] FolderTable firstRows(const std::vector<std::string_view>& names) const;
     void describeItems(std::size_t begin, std::size_t end);
 
     const int folder_;

@@ -17,8 +17,6 @@ namespace tessel {
 
 namespace {
 
-constexpr std::size_t kScreenful = 50;
-
 // Applied to the list in one go on the main queue, which takes a few microseconds each.
 constexpr std::size_t kChangesInOneGo = 256;
 
@@ -99,9 +97,8 @@ int OpenFolder::readFirstTime(int folder)
     FolderListing listing(folder, url_, services_, ended_);
     if (const int error = listing.readNames(); error != 0)
         return error;
-    if (listing.itemCount() > kScreenful)
-        tell(&FolderReadingClient::firstRows, Last::No, listing.firstRows(kScreenful));
-    auto rows = listing.allRows();
+    auto rows = listing.allRows(
+        [this](FolderTable first) { tell(&FolderReadingClient::firstRows, Last::No, std::move(first)); });
     placeholders_ = listing.takePlaceholders();
     tell(&FolderReadingClient::complete, Last::No, std::move(rows));
     return 0;
@@ -159,7 +156,7 @@ bool OpenFolder::readAnew()
         FolderListing listing(folder.get(), url_, services_, ended_);
         error = listing.readNames();
         if (error == 0) {
-            tell(&FolderReadingClient::replaced, Last::No, listing.allRows());
+            tell(&FolderReadingClient::replaced, Last::No, listing.allRows({}));
             placeholders_ = listing.takePlaceholders();
             return true;
         }

@@ -160,20 +160,21 @@ TEST_F(FolderReaderTest, FailsWithTheReasonAndNeverAsAnEmptyFolder)
 }
 
 // The super-user may read everything: a child process becomes somebody else first.
-TEST_F(FolderReaderTest, FailsForAFolderThatMayNotBeRead)
+TEST(FolderReaderPermissionTest, FailsForAFolderThatMayNotBeRead)
 {
+    const TemporaryDrive drive;
     const auto folder = drive.folder("Closed");
     fs::permissions(drive.url().path(), fs::perms::all);
     fs::permissions(folder.path(), fs::perms::owner_exec);
+    const auto refused = [&] {
+        ListingPlatform platform;
+        Follower list(platform, folder);
+        return platform.waitUntil([&] { return list.failure.has_value(); }) && !list.isComplete &&
+               list.failure->code == ErrorCode::kReadNoPermission;
+    };
     const auto child = ::fork();
-    if (child == 0) {
-        if (::geteuid() == 0 && ::seteuid(65534) != 0)
-            ::_exit(2);
-        ListingPlatform other;
-        Follower list(other, folder);
-        const bool failed = other.waitUntil([&] { return list.failure.has_value(); });
-        ::_exit(failed && list.failure->code == ErrorCode::kReadNoPermission && !list.isComplete ? 0 : 1);
-    }
+    if (child == 0)
+        ::_exit((::geteuid() != 0 || ::seteuid(65534) == 0) && refused() ? 0 : 1);
     int status = 0;
     ::waitpid(child, &status, 0);
     EXPECT_EQ(status, 0);

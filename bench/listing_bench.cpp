@@ -1,0 +1,280 @@
+// A folder's list, from making it to its last row, beside a bare loop that reads the same names and attributes and
+// sorts them by collation keys on one thread. Every run is a process of its own, so that one's memory is not another's;
+// the kernel's caches are warm for both.
+#include "platform/documents/DocumentListController.h"
+#include "platform/linux/LinuxPlatform.h"
+#include "platform/run/MainQueue.h"
+#include "tests/support/TemporaryDrive.h"
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <chrono>
+#include <condition_variable>
+#include <fstream>
+#include <functional>
+#include <mutex>
+#include <thread>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <malloc.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unicode/coll.h>
+#include <unistd.h>
+
+namespace tessel {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double secondsSince(Clock::time_point start)
+{
+    return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+class BigFolder {
+public:
+    explicit BigFolder(std::int64_t files)
+        : files_(files), folder_(::open(drive.folder("Big").path().c_str(), O_RDONLY | O_DIRECTORY))
+    {
+        for (std::int64_t number = 0; number < files_; ++number)
+            ::mknodat(folder_, name(number).c_str(), S_IFREG | 0600, 0);
+    }
+    ~BigFolder() { ::close(folder_); }
+    BigFolder(const BigFolder&) = delete;
+    BigFolder& operator=(const BigFolder&) = delete;
+
+    [[nodiscard]] double nameBytes() const
+    {
+        double bytes = 0;
+        for (std::int64_t number = 0; number < files_; ++number)
+            bytes += static_cast<double>(name(number).size());
+        return bytes / static_cast<double>(files_);
+    }
+
+    TemporaryDrive drive;
+
+private:
+    // Numbers in no order, as those of pictures that came from several devices.
+    static std::string name(std::int64_t number)
+    {
+        return "IMG_" + std::to_string(number * 7919 % 10'000'019) + (number % 3 ? ".jpg" : " (edited).jpg");
+    }
+
+    const std::int64_t files_;
+    const int folder_;
+};
+
+struct Measured {
+    double complete = 0; ///< seconds
+    double firstRows = 0;
+    double longestBlock = 0; ///< of the main queue, in seconds
+    double oneChange = 0;    ///< from a new file to its row, in seconds
+    double heapBytes = 0;    ///< that the list holds at the end
+    double peakMegabytes = 0;
+    double rows = 0;
+};
+
+/// What `work` measures in a process of its own.
+Measured inChild(const std::function<Measured()>& work)
+{
+    int ends[2];
+    Measured measured;
+    if (::pipe(ends) != 0)
+        return measured;
+    const auto child = ::fork();
+    if (child == 0) {
+        measured = work();
+        const auto written = ::write(ends[1], &measured, sizeof measured);
+        ::_exit(written == sizeof measured ? 0 : 1);
+    }
+    ::close(ends[1]);
+    if (::read(ends[0], &measured, sizeof measured) != sizeof measured)
+        measured = {};
+    ::close(ends[0]);
+    ::waitpid(child, nullptr, 0);
+    return measured;
+}
+
+double peakMegabytes()
+{
+    std::ifstream status("/proc/self/status");
+    for (std::string word; status >> word;)
+        if (word == "VmHWM:" && status >> word)
+            return std::stod(word) / 1024;
+    return 0;
+}
+
+double heapBytes()
+{
+    const auto heap = ::mallinfo2();
+    return static_cast<double>(heap.uordblks + heap.hblkhd);
+}
+
+/// The least that makes a complete, sorted list: each name once from the kernel, each item's attributes, each key once.
+Measured listBarely(const URL& url)
+{
+    struct Item {
+        std::string name, key;
+        struct statx status;
+    };
+    UErrorCode error = U_ZERO_ERROR;
+    const std::unique_ptr<icu::Collator> collator(icu::Collator::createInstance("en_GB", error));
+    collator->setAttribute(UCOL_NUMERIC_COLLATION, UCOL_ON, error);
+
+    const auto start = Clock::now();
+    const int folder = ::open(url.path().c_str(), O_RDONLY | O_DIRECTORY);
+    std::vector<char> buffer(256 * 1024);
+    std::vector<Item> items;
+    for (long length; (length = ::syscall(SYS_getdents64, folder, buffer.data(), buffer.size())) > 0;)
+        for (long offset = 0; offset < length;) {
+            const auto* entry = reinterpret_cast<const dirent64*>(buffer.data() + offset);
+            offset += entry->d_reclen;
+            if (entry->d_name[0] == '.')
+                continue;
+            auto& item = items.emplace_back();
+            item.name = entry->d_name;
+            ::statx(folder, entry->d_name, AT_SYMLINK_NOFOLLOW, STATX_TYPE | STATX_SIZE | STATX_MTIME, &item.status);
+            std::uint8_t key[1024];
+            const auto size = collator->getSortKey(icu::UnicodeString::fromUTF8(item.name), key, sizeof key);
+            item.key.assign(reinterpret_cast<const char*>(key), static_cast<std::size_t>(size));
+        }
+    std::vector<const Item*> sorted;
+    for (const auto& item : items)
+        sorted.push_back(&item);
+    std::sort(sorted.begin(), sorted.end(), [](const Item* left, const Item* right) { return left->key < right->key; });
+    benchmark::DoNotOptimize(sorted.data());
+    Measured measured;
+    measured.complete = secondsSince(start);
+    measured.rows = static_cast<double>(sorted.size());
+    ::close(folder);
+    return measured;
+}
+
+/// A main loop that notes how long each task holds it up.
+class MainLoop {
+public:
+    explicit MainLoop(MainQueue& queue) : queue_(queue)
+    {
+        queue_.setWakeHandler([this] {
+            const std::lock_guard lock(mutex_);
+            woken_ = true;
+            changed_.notify_one();
+        });
+    }
+
+    void runUntil(const std::function<bool()>& condition)
+    {
+        while (!condition()) {
+            const auto start = Clock::now();
+            if (queue_.runOne())
+                longestBlock = std::max(longestBlock, secondsSince(start));
+            else
+                wait();
+        }
+    }
+
+    double longestBlock = 0; ///< seconds
+
+private:
+    void wait()
+    {
+        std::unique_lock lock(mutex_);
+        changed_.wait(lock, [this] { return woken_; });
+        woken_ = false;
+    }
+
+    MainQueue& queue_;
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    bool woken_ = true;
+};
+
+Measured listByController(const URL& home, const URL& folder)
+{
+    Measured measured;
+    const auto platform = LinuxPlatform::create({.home = home.path(), .drive = folder.path(), .locale = "en_GB"});
+    if (!platform)
+        return measured;
+    const auto services = platform.value()->services();
+    const platform::Scope scope(services);
+    MainLoop loop(services.mainQueue);
+    const auto heapBefore = heapBytes();
+
+    const auto start = Clock::now();
+    const auto list = DocumentListController::create();
+    list->rowsChanged = [&](const RowChanges&) {
+        if (measured.firstRows == 0 && list->containedItemCount() > 0)
+            measured.firstRows = secondsSince(start);
+    };
+    list->view();
+    loop.runUntil([&] { return list->state() != ListState::Loading; });
+    measured.complete = secondsSince(start);
+    measured.rows = static_cast<double>(list->containedItemCount());
+    measured.heapBytes = heapBytes() - heapBefore;
+    measured.peakMegabytes = peakMegabytes();
+
+    constexpr int kChanges = 10;
+    for (int change = 0; change < kChanges; ++change) {
+        const auto path = folder.path() + "/New";
+        const bool isNew = change % 2 == 0;
+        const auto count = list->containedItemCount();
+        std::this_thread::sleep_for(std::chrono::milliseconds(100)); // changes that come together are gathered
+        const auto changed = Clock::now();
+        if (isNew)
+            ::close(::creat(path.c_str(), 0600));
+        else
+            ::unlink(path.c_str());
+        loop.runUntil([&] { return list->containedItemCount() != count; });
+        measured.oneChange += secondsSince(changed) / kChanges;
+    }
+    measured.longestBlock = loop.longestBlock;
+    return measured;
+}
+
+void ListFolder(benchmark::State& state)
+{
+    const BigFolder folder(state.range(0));
+    const auto url = folder.drive.url("Big");
+    const auto home = folder.drive.folder("Home");
+    const auto list = [&] { return listByController(home, url); };
+    const auto barely = [&] { return listBarely(url); };
+    inChild(list); // makes the home, and warms the caches
+    Measured sum, bare;
+    for (auto _ : state) {
+        bare.complete += inChild(barely).complete;
+        const auto now = inChild(list);
+        if (now.rows != static_cast<double>(state.range(0))) {
+            state.SkipWithError("the list is not complete");
+            return;
+        }
+        state.SetIterationTime(now.complete);
+        sum.complete += now.complete;
+        sum.firstRows += now.firstRows > 0 ? now.firstRows : now.complete;
+        sum.oneChange += now.oneChange;
+        sum.longestBlock = std::max(sum.longestBlock, now.longestBlock);
+        sum.peakMegabytes = std::max(sum.peakMegabytes, now.peakMegabytes);
+        sum.heapBytes = now.heapBytes;
+    }
+    const auto runs = static_cast<double>(state.iterations());
+    state.counters["complete_to_bare"] = sum.complete / bare.complete;
+    state.counters["first_rows_to_bare"] = sum.firstRows / bare.complete;
+    state.counters["longest_block_ms"] = sum.longestBlock * 1000;
+    state.counters["one_change_ms"] = sum.oneChange / runs * 1000;
+    state.counters["peak_MB"] = sum.peakMegabytes;
+    state.counters["bytes_per_row"] = sum.heapBytes / static_cast<double>(state.range(0)) - folder.nameBytes();
+}
+BENCHMARK(ListFolder)
+    ->Arg(1'000)
+    ->Arg(10'000)
+    ->Arg(100'000)
+    ->Iterations(5)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(ListFolder)->Arg(1'000'000)->Iterations(2)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+} // namespace
+} // namespace tessel
