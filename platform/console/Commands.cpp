@@ -1,5 +1,6 @@
 #include "platform/console/Commands.h"
 
+#include "platform/base/ControlCharacters.h"
 #include "platform/base/Platform.h"
 #include "platform/cloud/CloudService.h"
 #include "platform/console/ScreenFinder.h"
@@ -220,7 +221,7 @@ Answer Commands::path(Arguments arguments)
 {
     const auto screen = readScreen();
     const auto row = findRow(screen, arguments[0]);
-    return row.element ? Answer::printing("path: " + row.element->url->path() + "\n") : Answer{row.refusal, {}};
+    return row.element ? Answer::printing("path: " + escapingControlCharacters(row.element->url->path()) + "\n") : Answer{row.refusal, {}};
 }
 
 Answer Commands::log(Arguments arguments)

@@ -173,6 +173,11 @@ struct LinkCase {
     std::vector<std::string> stackBelowTop;
 };
 
+void PrintTo(const LinkCase& link, std::ostream* stream)
+{
+    *stream << link.tree;
+}
+
 class NavControllerLinks : public NavControllerTest, public testing::WithParamInterface<LinkCase> {};
 
 TEST_P(NavControllerLinks, AreFollowedInsideTheDriveOnly)

@@ -41,6 +41,8 @@ std::optional<Value::Dictionary> StoredDictionary::load() const
 std::optional<Error> StoredDictionary::store(const Value::Dictionary& dictionary) const
 {
     const auto text = keyedArchive::archived(dictionary);
+    if (const auto stored = readSmallFile(file_, kMaximumSize); stored && *stored == text)
+        return std::nullopt;
     auto error = text.size() > kMaximumSize ? errnoError(EFBIG, file_) : writeFileAtomically(file_, text);
     if (error)
         log_.write(LogLevel::Error, "Cannot write %@: %@", file_, error);

@@ -19,7 +19,8 @@ public:
     /// setAside) and logged, and none is answered.
     [[nodiscard]] std::optional<Value::Dictionary> load() const;
 
-    /// On disk when it returns without an error; after one the former content is there. Logged as well.
+    /// On disk when it returns without an error; after one the former content is there. Logged as well. What is stored
+    /// already is not written again.
     std::optional<Error> store(const Value::Dictionary&) const;
 
     [[nodiscard]] const URL& file() const { return file_; }
