@@ -109,6 +109,8 @@ void DocumentListController::read() const
     client.changed = [self, &rows](const std::vector<FolderChange>& changes) {
         if (const auto rowChanges = rows.apply(changes); !rowChanges.empty())
             self->show(ListState::Complete, rowChanges);
+        else
+            self->fetchDetails(); // what does not show in the row itself may, such as tags
     };
     client.replaced = [self, &rows](FolderTable table) {
         if (const auto rowChanges = rows.replaceWith(std::move(table)); !rowChanges.empty())

@@ -100,6 +100,12 @@ TEST_F(DocumentListControllerTest, ShowsLibrariesAmongTheItemsOfTheTopFolder)
     ASSERT_TRUE(platform.waitUntil([&] { return list->containedItemCount() == 5; }));
     EXPECT_THAT(told.front().inserted, ElementsAre(1));
     told.clear();
+    drive.file("Drive/Rest");
+    ASSERT_TRUE(platform.waitUntil([&] { return list->containedItemCount() == 6; }));
+    EXPECT_THAT(told.front().inserted, ElementsAre(4));
+    fs::remove(drive.url("Drive/Rest").path());
+    ASSERT_TRUE(platform.waitUntil([&] { return list->containedItemCount() == 5; }));
+    told.clear();
     fs::remove(drive.url("Drive/Quill").path());
     ASSERT_TRUE(platform.waitUntil([&] { return list->containedItemCount() == 4; }));
     EXPECT_THAT(told.back().removed, ElementsAre(3));
@@ -205,6 +211,11 @@ TEST_F(DocumentListControllerTest, FetchesDetailsOfVisibleRowsAgainWhenTheyMayHa
     drive.file("F/Sub/two");
     list->setVisibleRows(0, 10);
     EXPECT_TRUE(platform.waitUntil([&] { return list->row(0).itemCount == 2U; }));
+
+    // A new tag changes no attribute that the row shows.
+    platform.cloud.tagsOfAll = {"Red"};
+    fs::permissions(drive.url("F/Sub").path(), fs::perms::owner_all);
+    EXPECT_TRUE(platform.waitUntil([&] { return list->row(0).tags == std::vector<std::string>{"Red"}; }));
 }
 
 TEST_F(DocumentListControllerTest, PresentsSortedSearchResultsWhileThereIsAQuery)
