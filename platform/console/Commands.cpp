@@ -28,6 +28,17 @@ std::string quoted(std::string_view text)
     return '"' + std::string(text) + '"';
 }
 
+/// Words that need no quotes because a text is all that follows: one argument of them, or none.
+std::vector<std::string> joined(std::span<const std::string> words)
+{
+    if (words.empty())
+        return {};
+    std::string text = words.front();
+    for (const auto& word : words.subspan(1))
+        text += ' ' + word;
+    return {text};
+}
+
 /// A finite decimal number that takes up the whole text.
 std::optional<double> number(const std::string& text)
 {
@@ -95,9 +106,11 @@ Answer Commands::run(Arguments words)
     for (const auto& command : kCommands) {
         if (command.word != words.front())
             continue;
-        if (auto refusal = checkArguments(command, words.subspan(1)))
+        const auto text = command.parameters == "TEXT" ? joined(words.subspan(1)) : std::vector<std::string>();
+        const auto arguments = text.empty() ? words.subspan(1) : Arguments(text);
+        if (auto refusal = checkArguments(command, arguments))
             return Answer::refused(std::move(*refusal));
-        return (this->*command.run)(words.subspan(1));
+        return (this->*command.run)(arguments);
     }
     return Answer::refused("unknown command " + quoted(words.front()));
 }
@@ -221,7 +234,8 @@ Answer Commands::path(Arguments arguments)
 {
     const auto screen = readScreen();
     const auto row = findRow(screen, arguments[0]);
-    return row.element ? Answer::printing("path: " + escapingControlCharacters(row.element->url->path()) + "\n") : Answer{row.refusal, {}};
+    return row.element ? Answer::printing("path: " + escapingControlCharacters(row.element->url->path()) + "\n")
+                       : Answer{row.refusal, {}};
 }
 
 Answer Commands::log(Arguments arguments)

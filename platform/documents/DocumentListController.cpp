@@ -90,6 +90,11 @@ void DocumentListController::viewDidLoad()
     read();
 }
 
+void DocumentListController::viewDidAppear()
+{
+    tellRemoval();
+}
+
 /// Begins to read the folder, once. Also where something is only asked of the list: it is the first look at it.
 void DocumentListController::read() const
 {
@@ -116,7 +121,12 @@ void DocumentListController::read() const
         if (const auto rowChanges = rows.replaceWith(std::move(table)); !rowChanges.empty())
             self->show(ListState::Complete, rowChanges);
     };
-    client.failed = [self](const Error& error) { self->failed(error); };
+    client.failed = [self](const Error& error) {
+        if (error.code == ErrorCode::kNoSuchFile && self->standsOnAnotherList())
+            self->wasRemoved();
+        else
+            self->failed(error);
+    };
     client.removed = [self] { self->wasRemoved(); };
     client.details = [self, &rows](const URL& item, const ItemDetails& details) {
         rows.setDetails(item, details);
@@ -158,8 +168,25 @@ void DocumentListController::wasRemoved()
     const auto name = platform::installed().text.displayName(presentedURL_.lastPathComponent());
     failed(
         {Domain::General, ErrorCode::kNoSuchFile, "The folder “" + name + "” is gone.", "No such file or directory"});
-    if (const auto listener = delegate.lock())
+    removalIsToBeTold_ = true;
+    tellRemoval();
+}
+
+/// The delegate leaves the list on top, so a list below others waits until it is the one.
+void DocumentListController::tellRemoval()
+{
+    const auto navigation = navigationController();
+    if (navigation && navigation->topViewController().get() != this)
+        return;
+    const auto listener = delegate.lock();
+    if (listener && std::exchange(removalIsToBeTold_, false))
         listener->documentListControllerURLWasRemoved(*this);
+}
+
+bool DocumentListController::standsOnAnotherList() const
+{
+    const auto navigation = navigationController();
+    return navigation && navigation->viewControllers().front().get() != this;
 }
 
 void DocumentListController::retry()
@@ -168,6 +195,7 @@ void DocumentListController::retry()
         return;
     listing_->failure.reset();
     listing_->state = ListState::Loading;
+    removalIsToBeTold_ = false;
     read();
     if (rowsChanged)
         rowsChanged({});
@@ -281,7 +309,7 @@ void DocumentListController::startSearch(const std::string& query)
     if (!search_)
         search_ =
             std::make_shared<SearchController>(std::static_pointer_cast<DocumentListController>(shared_from_this()));
-    search_->search(presentedURL_, query);
+    search_->search(presentedURL_, listing_->rows.libraryRows(), query);
     searchedOver_ = navigation;
     navigation->present(search_, Animated::Yes);
 }

@@ -30,7 +30,7 @@ public:
     virtual void documentListControllerDidSelectItemAtURL(DocumentListController&, const URL&) = 0;
     /// The items, or which of them are selected, have changed.
     virtual void documentListControllerItemsChanged(DocumentListController&) = 0;
-    /// The presented folder was removed or moved away. Told once.
+    /// The presented folder was removed or moved away. Told once, when the list is the top one of its stack.
     virtual void documentListControllerURLWasRemoved(DocumentListController&) = 0;
 };
 
@@ -110,6 +110,7 @@ protected:
     explicit DocumentListController(const URL& folder);
 
     void viewDidLoad() override;
+    void viewDidAppear() override;
 
 private:
     struct Listing;
@@ -119,11 +120,14 @@ private:
     void tellItemsChanged();
     void failed(const Error&);
     void wasRemoved();
+    void tellRemoval();
+    [[nodiscard]] bool standsOnAnotherList() const;
     void fetchDetails();
 
     URL presentedURL_;
     bool editing_ = false;
     bool searchFieldIsFirstResponder_ = false;
+    bool removalIsToBeTold_ = false;
     std::unique_ptr<Listing> listing_;
     std::shared_ptr<SearchController> search_;
     std::weak_ptr<NavigationController> searchedOver_;

@@ -44,6 +44,18 @@ ListRow listRow(const URL& url, const FolderEntry& entry, const TextServices& te
     return row;
 }
 
+void addDetails(ListRow& row, const ItemDetails& details)
+{
+    row.itemCount = details.itemCount;
+    row.tags = details.tags;
+    if (details.packageSize)
+        row.size = details.packageSize;
+    if (details.isAliasFile) {
+        row.kind = RowKind::Link;
+        row.size.reset();
+    }
+}
+
 FolderRows::FolderRows(const URL& folder, std::vector<LibraryRow> libraries, const TextServices& text)
     : folder_(folder), text_(text), libraries_(std::move(libraries))
 {
@@ -75,31 +87,43 @@ URL FolderRows::url(std::size_t index) const
 ListRow FolderRows::row(std::size_t index) const
 {
     const auto [library, item] = place(index);
-    auto row = library ? ListRow{.kind = RowKind::Library,
-                                 .title = library->title,
-                                 .url = library->url,
-                                 .size = {},
-                                 .itemCount = {},
-                                 .modified = {},
-                                 .tags = {}}
-                       : listRow(folder_.appending(table_.name(item)), table_.entry(item), text_);
-    row.selected = isSelected(index);
-    addDetails(row);
+    return library ? libraryRow(*library) : itemRow(item);
+}
+
+ListRow FolderRows::libraryRow(const LibraryRow& library) const
+{
+    ListRow row{.kind = RowKind::Library,
+                .title = library.title,
+                .url = library.url,
+                .size = {},
+                .itemCount = {},
+                .modified = {},
+                .tags = {},
+                .selected = library.selected};
+    addKnownDetails(row);
     return row;
 }
 
-void FolderRows::addDetails(ListRow& row) const
+ListRow FolderRows::itemRow(std::size_t item) const
 {
-    const auto known = details_.find(row.url);
-    if (known == details_.end())
-        return;
-    const auto& details = known->second.details;
-    row.itemCount = details.itemCount;
-    row.tags = details.tags;
-    if (details.packageSize)
-        row.size = details.packageSize;
-    if (details.isAliasFile)
-        row.kind = RowKind::Link;
+    auto row = listRow(folder_.appending(table_.name(item)), table_.entry(item), text_);
+    row.selected = table_.isSelected(item);
+    addKnownDetails(row);
+    return row;
+}
+
+void FolderRows::addKnownDetails(ListRow& row) const
+{
+    if (const auto known = details_.find(row.url); known != details_.end())
+        addDetails(row, known->second.details);
+}
+
+std::vector<ListRow> FolderRows::libraryRows() const
+{
+    std::vector<ListRow> rows;
+    for (const auto& library : libraries_)
+        rows.push_back(libraryRow(library));
+    return rows;
 }
 
 std::vector<URL> FolderRows::urls() const

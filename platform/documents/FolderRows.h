@@ -17,6 +17,9 @@ class TextServices;
 /// A row of what the file system says of an item.
 [[nodiscard]] ListRow listRow(const URL&, const FolderEntry&, const TextServices&);
 
+/// Adds what was found out about the item of a row.
+void addDetails(ListRow&, const ItemDetails&);
+
 /// An app library among the rows of the drive's top folder.
 struct LibraryRow {
     URL url;
@@ -34,6 +37,7 @@ public:
     [[nodiscard]] URL url(std::size_t index) const;
     [[nodiscard]] ListRow row(std::size_t index) const;
     [[nodiscard]] std::vector<URL> urls() const;
+    [[nodiscard]] std::vector<ListRow> libraryRows() const;
 
     /// The first rows of a list that is not complete: what comes after them stays unknown, libraries as well.
     void begin(FolderTable);
@@ -69,12 +73,13 @@ private:
     };
 
     [[nodiscard]] Place place(std::size_t index) const;
+    [[nodiscard]] ListRow libraryRow(const LibraryRow&) const;
     [[nodiscard]] ListRow itemRow(std::size_t item) const;
+    void addKnownDetails(ListRow&) const;
     void placeLibraries(bool isComplete);
     void moveToRows(std::vector<std::size_t>& items) const;
     template <typename Change>
     RowChanges changeItems(const Change&);
-    void addDetails(ListRow&) const;
 
     const URL folder_;
     const TextServices& text_;

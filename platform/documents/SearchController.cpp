@@ -11,18 +11,41 @@
 
 namespace tessel {
 
-void SearchController::search(const URL& folder, const std::string& query)
+void SearchController::search(const URL& folder, const std::vector<ListRow>& libraries, const std::string& query)
 {
     query_ = query;
     results_.clear();
-    search_ = platform::installed().folders.search(folder, query,
-                                                   {.found = [this](const auto& hits) { add(hits); },
-                                                    .finished =
-                                                        [this] {
-                                                            search_.reset();
-                                                            tellResultsChanged();
-                                                        }});
-    tellResultsChanged();
+    std::vector<URL> folders{folder};
+    for (const auto& library : libraries)
+        folders.push_back(library.url);
+    SearchClient client;
+    client.found = [this](const auto& hits) { addHits(hits); };
+    client.finished = [this] {
+        search_.reset();
+        tellResultsChanged();
+    };
+    search_ = platform::installed().folders.search(std::move(folders), query, std::move(client));
+    addLibraries(libraries);
+}
+
+void SearchController::addLibraries(const std::vector<ListRow>& libraries)
+{
+    const auto& text = platform::installed().text;
+    std::vector<ListRow> found;
+    for (const auto& library : libraries)
+        if (text.searchFolded(library.title).find(text.searchFolded(query_)) != std::string::npos)
+            found.push_back(library);
+    add(std::move(found));
+}
+
+void SearchController::addHits(const std::vector<SearchHit>& hits)
+{
+    std::vector<ListRow> found;
+    for (const auto& hit : hits) {
+        found.push_back(listRow(hit.url, hit.entry, platform::installed().text));
+        addDetails(found.back(), hit.details);
+    }
+    add(std::move(found));
 }
 
 void SearchController::tellResultsChanged() const
@@ -31,16 +54,13 @@ void SearchController::tellResultsChanged() const
         resultsChanged();
 }
 
-void SearchController::add(const std::vector<SearchHit>& hits)
+void SearchController::add(std::vector<ListRow> found)
 {
     const auto& text = platform::installed().text;
     const auto isBefore = [&](const ListRow& left, const ListRow& right) {
         const auto order = text.compareNames(left.title, right.title);
         return order != 0 ? order < 0 : left.url < right.url;
     };
-    std::vector<ListRow> found;
-    for (const auto& hit : hits)
-        found.push_back(listRow(hit.url, hit.entry, text));
     std::sort(found.begin(), found.end(), isBefore);
 
     // Few into many: each finds its place by halving, and the rows between are moved without being compared.

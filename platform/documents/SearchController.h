@@ -14,8 +14,8 @@ namespace tessel {
 
 class DocumentListController;
 
-/// The results of a search below a list's folder, presented over the navigation controller while there is a query.
-/// Pressing a result tells the list's delegate, as pressing a row of the list does.
+/// The results of a search below a list's folder and the libraries shown in it, presented over the navigation
+/// controller while there is a query. Pressing a result tells the list's delegate, as pressing a row of the list does.
 class SearchController : public ViewController {
 public:
     explicit SearchController(std::weak_ptr<DocumentListController> list) : list_(std::move(list)) {}
@@ -23,7 +23,7 @@ public:
     [[nodiscard]] std::string className() const override { return "SearchController"; }
 
     /// Begins a search, in place of the one before.
-    void search(const URL& folder, const std::string& query);
+    void search(const URL& folder, const std::vector<ListRow>& libraries, const std::string& query);
 
     /// Told when there are other results, and when the search has finished.
     std::function<void()> resultsChanged;
@@ -38,7 +38,9 @@ protected:
     void wasDismissed() override { search_.reset(); }
 
 private:
-    void add(const std::vector<SearchHit>&);
+    void addLibraries(const std::vector<ListRow>&);
+    void addHits(const std::vector<SearchHit>&);
+    void add(std::vector<ListRow>);
     void tellResultsChanged() const;
 
     std::weak_ptr<DocumentListController> list_;

@@ -57,6 +57,7 @@ public:
 struct SearchHit {
     URL url;
     FolderEntry entry;
+    ItemDetails details;
 };
 
 /// Called on the main queue: hits in batches, as they are found, then `finished` once.
@@ -78,9 +79,10 @@ public:
 
     [[nodiscard]] virtual std::unique_ptr<FolderReading> read(const URL& folder, FolderReadingClient) = 0;
 
-    /// Finds the visible items below a folder, at any depth, links not followed, whose names contain the query when
+    /// Finds the visible items below some folders, at any depth, links not followed, whose names contain the query when
     /// both are search-folded. What is in packages is not looked at.
-    [[nodiscard]] virtual std::unique_ptr<FolderSearch> search(const URL& folder, std::string query, SearchClient) = 0;
+    [[nodiscard]] virtual std::unique_ptr<FolderSearch> search(std::vector<URL> folders, std::string query,
+                                                               SearchClient) = 0;
 };
 
 } // namespace tessel

@@ -33,8 +33,8 @@ void Application::launch(const LaunchOptions& options)
 
 void Application::becomeActive()
 {
-    if (!std::exchange(active_, true))
-        platform::installed().notifications.post(kDidBecomeActiveNotification);
+    active_ = true;
+    platform::installed().notifications.post(kDidBecomeActiveNotification);
 }
 
 void Application::resignActive()

@@ -45,7 +45,7 @@ public:
     /// controller if the delegate agrees, and the program becomes active.
     void launch(const LaunchOptions&);
 
-    /// Nothing when it is active already.
+    /// Also posts the notification when it is active already: coming back to the screen is reason enough to look again.
     void becomeActive();
     /// Saves the state of the root controller, if the delegate agrees. Nothing when it is not active.
     void resignActive();

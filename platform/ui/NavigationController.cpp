@@ -82,6 +82,7 @@ void NavigationController::show()
     top->view();
     if (delegate)
         delegate->navigationControllerDidShowViewController(*this, top, lastAnimation_);
+    top->viewDidAppear();
 }
 
 } // namespace tessel

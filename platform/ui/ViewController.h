@@ -60,6 +60,8 @@ public:
 protected:
     /// Runs once, after the view was made and before it is first shown.
     virtual void viewDidLoad() {}
+    /// This controller is the top one of its stack and on screen.
+    virtual void viewDidAppear() {}
     /// This controller, which another one presented, is no longer shown.
     virtual void wasDismissed() {}
 

@@ -2,6 +2,7 @@
 
 #include "platform/linux/cloud/Placeholder.h"
 #include "platform/linux/files/FolderListing.h"
+#include "platform/linux/files/ItemDetails.h"
 #include "platform/run/MainQueue.h"
 #include "platform/text/TextServices.h"
 
@@ -39,16 +40,16 @@ FileDescriptor openDeepFolder(int start, std::string_view path)
 
 } // namespace
 
-FolderSearchTask::FolderSearchTask(const URL& folder, std::string_view query, SearchClient client,
+FolderSearchTask::FolderSearchTask(const std::vector<URL>& folders, std::string_view query, SearchClient client,
                                    const FolderServices& services)
-    : root_(folder), query_(services.text.searchFolded(query)), client_(std::move(client)), services_(services),
-      previousURL_(folder)
+    : query_(services.text.searchFolded(query)), client_(std::move(client)), services_(services),
+      folders_({folders.begin(), folders.end()})
 {
 }
 
 void FolderSearchTask::run()
 {
-    for (folders_.push(root_); !folders_.empty() && !ended_; folders_.pop())
+    for (; !folders_.empty() && !ended_; folders_.pop())
         searchFolder(folders_.front());
     deliver();
     services_.mainQueue.async([self = shared_from_this()] {
@@ -76,10 +77,10 @@ void FolderSearchTask::searchFolder(const URL& url)
 /// Way down a chain of folders each is opened from the one before, not from the very top.
 FileDescriptor FolderSearchTask::open(const URL& url) const
 {
-    if (!previous_.isOpen() || !previousURL_.contains(url))
+    if (!previous_.isOpen() || !previousURL_ || !previousURL_->contains(url))
         return openDeepFolder(AT_FDCWD, url.path());
     const std::string_view path = url.path();
-    return openDeepFolder(previous_.get(), path.substr(path.find_first_not_of('/', previousURL_.path().size())));
+    return openDeepFolder(previous_.get(), path.substr(path.find_first_not_of('/', previousURL_->path().size())));
 }
 
 void FolderSearchTask::look(int folder, const URL& url, std::string_view fileName)
@@ -98,8 +99,10 @@ void FolderSearchTask::consider(const URL& folder, std::string_view name, const 
 {
     if (entry.kind == EntryKind::Folder)
         folders_.push(folder.appending(name));
-    if (services_.text.searchFolded(name).find(query_) != std::string::npos)
-        hits_.push_back({folder.appending(name), entry});
+    if (services_.text.searchFolded(name).find(query_) == std::string::npos)
+        return;
+    const auto url = folder.appending(name);
+    hits_.push_back({url, entry, readItemDetails(url, services_, ended_)});
 }
 
 void FolderSearchTask::deliver()

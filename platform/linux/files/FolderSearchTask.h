@@ -6,17 +6,18 @@
 #include <atomic>
 #include <chrono>
 #include <memory>
+#include <optional>
 #include <queue>
 #include <string>
 #include <vector>
 
 namespace tessel {
 
-/// One search below a folder: nearer items are found before deeper ones. Shared by its owner on the main thread and the
-/// worker that runs it.
+/// One search below some folders: nearer items are found before deeper ones. Shared by its owner on the main thread and
+/// the worker that runs it.
 class FolderSearchTask : public std::enable_shared_from_this<FolderSearchTask> {
 public:
-    FolderSearchTask(const URL& folder, std::string_view query, SearchClient, const FolderServices&);
+    FolderSearchTask(const std::vector<URL>& folders, std::string_view query, SearchClient, const FolderServices&);
 
     /// Searches; on a worker, once.
     void run();
@@ -30,7 +31,6 @@ private:
     void consider(const URL& folder, std::string_view name, const FolderEntry&);
     void deliver();
 
-    const URL root_;
     const std::string query_; ///< search-folded
     const SearchClient client_;
     const FolderServices services_;
@@ -39,7 +39,7 @@ private:
     // On the worker.
     std::queue<URL> folders_; ///< still to be searched
     FileDescriptor previous_; ///< the folder searched last
-    URL previousURL_;
+    std::optional<URL> previousURL_;
     std::vector<SearchHit> hits_;
     std::chrono::steady_clock::time_point delivered_ = std::chrono::steady_clock::now();
 };

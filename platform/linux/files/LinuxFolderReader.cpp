@@ -50,9 +50,10 @@ std::unique_ptr<FolderReading> LinuxFolderReader::read(const URL& folder, Folder
         std::make_shared<OpenFolder>(folder, std::move(client), services_, *monitor_, *workers_));
 }
 
-std::unique_ptr<FolderSearch> LinuxFolderReader::search(const URL& folder, std::string query, SearchClient client)
+std::unique_ptr<FolderSearch> LinuxFolderReader::search(std::vector<URL> folders, std::string query,
+                                                        SearchClient client)
 {
-    auto task = std::make_shared<FolderSearchTask>(folder, query, std::move(client), services_);
+    auto task = std::make_shared<FolderSearchTask>(folders, query, std::move(client), services_);
     workers_->run([task] { task->run(); });
     return std::make_unique<LinuxFolderSearch>(std::move(task));
 }

@@ -38,7 +38,8 @@ public:
     ~LinuxFolderReader() override;
 
     [[nodiscard]] std::unique_ptr<FolderReading> read(const URL& folder, FolderReadingClient) override;
-    [[nodiscard]] std::unique_ptr<FolderSearch> search(const URL& folder, std::string query, SearchClient) override;
+    [[nodiscard]] std::unique_ptr<FolderSearch> search(std::vector<URL> folders, std::string query,
+                                                       SearchClient) override;
 
 private:
     const FolderServices services_;
