@@ -92,7 +92,10 @@ void NavController::showUnavailable()
 {
     TSD_FUNCTION("-[NavController setupInitialViewController]");
     TSD_WARNING("Tessel is not enabled");
-    setViewControllers({UnavailableViewController::create()}, Animated::No);
+    if (const auto unavailable = UnavailableViewController::create())
+        setViewControllers({unavailable}, Animated::No);
+    else
+        TSD_ERROR("Creating the unavailable view controller failed");
     toolbarHidden = true;
 }
 
@@ -205,7 +208,6 @@ bool NavController::warpToNewURL(const std::optional<URL>& url)
         TSD_DEBUG("Preview URL is in Trash: %@", *url);
         return false;
     }
-    TSD_WARNING("warpToNewURL failed: %@", *url);
     return false;
 }
 

@@ -66,8 +66,8 @@ void NavController::documentListControllerDidSelectItemAtURL(DocumentListControl
     TSD_USER_ACTION("Selected Item (dlc)");
     TSD_INFO("Picked URL: %@", url);
     auto item = DRItem::initWithURL(url);
-    if (item)
-        TSD_DEBUG("DRItem: %@ (%{public}@ bytes %{public}@)", item, item->fileSize(), item->url()->pathExtension());
+    TSD_DEBUG("DRItem: %@ (%{public}@ bytes %{public}@)", item, item ? item->fileSize() : std::nullopt,
+              url.pathExtension());
     if (!item) {
         DispatchQueue::main().async([self = std::static_pointer_cast<NavController>(shared_from_this())] {
             self->setupInitialViewController();

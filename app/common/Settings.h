@@ -9,6 +9,9 @@ public:
 
     /// Whether a tapped document goes straight to an application or a preview.
     [[nodiscard]] static constexpr bool quickLaunch() { return true; }
+
+    /// The type of activity under which a viewed document is offered to the user's other devices.
+    [[nodiscard]] static constexpr const char* relayaTesselActivityType() { return "orvane.quillbox.viewing"; }
 };
 
 } // namespace tessel

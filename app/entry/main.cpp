@@ -1,5 +1,5 @@
-#include "app/common/Log.h"
 #include "app/entry/AppDelegate.h"
+#include "app/entry/Banner.h"
 #include "app/entry/CommandLine.h"
 #include "files/FileUtils.h"
 #include "platform/console/ConsoleShell.h"
@@ -55,14 +55,6 @@ Result<std::shared_ptr<LogSink>> makeLogSink(const CommandLine& options)
     sink->showsPrivateArguments = options.showPrivateLogArguments;
     sink->minimumLevel = options.logLevel.value_or(options.log ? LogLevel::Debug : LogLevel::Info);
     return sink;
-}
-
-void logBanner(const std::string& executable)
-{
-    TSD_FUNCTION("main");
-    TSD_DEBUG("-------------------------------------------------------");
-    TSD_INFO("Running %s", executable);
-    TSD_INFO("Built (main) on " __DATE__ " @ " __TIME__);
 }
 
 ConsoleOptions consoleOptions(const CommandLine& options, const TerminalLineSource& input)
