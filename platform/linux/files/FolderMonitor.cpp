@@ -22,11 +22,14 @@ using std::chrono::steady_clock;
 // A single change is shown at once; of many, those that belong together are still caught in one go.
 constexpr auto kGatheringAfterSilence = 4ms;
 constexpr auto kGathering = 75ms;
+constexpr auto kGatheringOfContents = 500ms;
 constexpr auto kPollingInterval = 2s;
 
 constexpr std::uint32_t kItemEvents =
     IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_CLOSE_WRITE | IN_ATTRIB | IN_MODIFY;
+constexpr std::uint32_t kContentEvents = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO;
 constexpr std::uint32_t kSelfRemoved = IN_DELETE_SELF | IN_UNMOUNT | IN_IGNORED;
+constexpr std::uint32_t kSelfEvents = kSelfRemoved | IN_MOVE_SELF;
 constexpr std::uint32_t kFolderMask = kItemEvents | IN_DELETE_SELF | IN_MOVE_SELF;
 constexpr std::uint32_t kAboveMask = IN_DELETE_SELF | IN_MOVE_SELF;
 // A removed folder that some program still holds open is not reported by itself, only by the folder that it was in.
@@ -83,7 +86,8 @@ void FolderMonitor::watch(int folder, const std::string& path, const std::shared
 bool FolderMonitor::watchFolder(int folder, const Listener& listener)
 {
     // By its descriptor, so that the folder watched is the very one that is read.
-    return addInterest("/proc/self/fd/" + std::to_string(folder), kFolderMask, {&listener, true, {}});
+    return addInterest("/proc/self/fd/" + std::to_string(folder), kFolderMask,
+                       {&listener, Interest::Role::FolderItself, {}});
 }
 
 void FolderMonitor::watchFoldersAbove(std::string path, const Listener& listener)
@@ -91,9 +95,17 @@ void FolderMonitor::watchFoldersAbove(std::string path, const Listener& listener
     std::uint32_t mask = kParentMask;
     for (auto above = parentOf(path); !above.empty(); path = above, above = parentOf(path)) {
         // One that may not be watched, or only by too long a path, is left out.
-        addInterest(above, mask, {&listener, false, path.substr(above.size() + 1)});
+        addInterest(above, mask, {&listener, Interest::Role::FolderAbove, path.substr(above.size() + 1)});
         mask = kAboveMask;
     }
+}
+
+bool FolderMonitor::watchContents(const std::string& path, const Listener& listener)
+{
+    const std::lock_guard lock(mutex_);
+    return watchers_.contains(&listener) &&
+           addInterest(path, kContentEvents,
+                       {&listener, Interest::Role::FolderInside, path.substr(path.rfind('/') + 1)});
 }
 
 bool FolderMonitor::addInterest(const std::string& path, std::uint32_t mask, Interest interest)
@@ -101,7 +113,10 @@ bool FolderMonitor::addInterest(const std::string& path, std::uint32_t mask, Int
     const int watch = ::inotify_add_watch(events_.get(), path.c_str(), mask | IN_ONLYDIR | IN_MASK_ADD);
     if (watch < 0)
         return false;
-    interests_[watch].push_back(std::move(interest));
+    auto& interests = interests_[watch];
+    if (std::ranges::find(interests, interest) != interests.end())
+        return false;
+    interests.push_back(std::move(interest));
     return true;
 }
 
@@ -183,7 +198,7 @@ void FolderMonitor::handle(const inotify_event& event)
 {
     if (event.mask & IN_Q_OVERFLOW) {
         for (auto& [listener, watcher] : watchers_)
-            addNews(watcher, {.names = {}, .readAnew = true, .mayHaveMoved = true});
+            addNews(watcher, {.names = {}, .readAnew = true, .mayHaveMoved = true}, soon(watcher));
         return;
     }
     const auto watched = interests_.find(event.wd);
@@ -199,22 +214,37 @@ void FolderMonitor::tell(const Interest& interest, const inotify_event& event)
 {
     auto& watcher = watchers_.at(interest.listener);
     const std::string name = event.len > 0 ? event.name : "";
-    const bool isSelfEvent = event.mask & (kSelfRemoved | IN_MOVE_SELF);
-    if (!interest.isFolderItself) {
-        if (isSelfEvent || (event.mask & IN_DELETE && name == interest.nextName))
-            addNews(watcher, {.names = {}, .mayHaveMoved = true});
-    } else if (isSelfEvent) {
-        const bool removed = event.mask & kSelfRemoved;
-        addNews(watcher, {.names = {}, .removed = removed, .mayHaveMoved = true});
-    } else if (isListedName(name)) {
-        addNews(watcher, {.names = {name}});
+    switch (interest.role) {
+    case Interest::Role::FolderItself:
+        return tellOfItself(watcher, event, name);
+    case Interest::Role::FolderAbove:
+        if (event.mask & kSelfEvents || (event.mask & IN_DELETE && name == interest.name))
+            addNews(watcher, {.names = {}, .mayHaveMoved = true}, soon(watcher));
+        return;
+    case Interest::Role::FolderInside:
+        if (event.mask & kContentEvents && isListedName(name))
+            addNews(watcher, {.names = {interest.name}}, steady_clock::now() + kGatheringOfContents);
+        return;
     }
 }
 
-void FolderMonitor::addNews(Watcher& watcher, FolderNews news)
+void FolderMonitor::tellOfItself(Watcher& watcher, const inotify_event& event, const std::string& name)
 {
-    if (watcher.news.empty())
-        watcher.due = std::max(steady_clock::now() + kGatheringAfterSilence, watcher.told + kGathering);
+    const bool removed = event.mask & kSelfRemoved;
+    if (event.mask & kSelfEvents)
+        addNews(watcher, {.names = {}, .removed = removed, .mayHaveMoved = true}, soon(watcher));
+    else if (isListedName(name))
+        addNews(watcher, {.names = {name}}, soon(watcher));
+}
+
+FolderMonitor::Time FolderMonitor::soon(const Watcher& watcher)
+{
+    return std::max(steady_clock::now() + kGatheringAfterSilence, watcher.told + kGathering);
+}
+
+void FolderMonitor::addNews(Watcher& watcher, FolderNews news, Time due)
+{
+    watcher.due = watcher.news.empty() ? due : std::min(watcher.due, due);
     watcher.news.add(std::move(news));
     watcher.news.readAnew = watcher.news.readAnew || watcher.news.names.size() > changedNamesLimit_;
     if (watcher.news.readAnew)
@@ -230,7 +260,7 @@ void FolderMonitor::tellWhatIsDue()
         for (auto& [key, watcher] : watchers_) {
             if (watcher.isPolled && watcher.nextPoll <= now) {
                 watcher.nextPoll = now + kPollingInterval;
-                addNews(watcher, {.names = {}, .mayHaveChanged = true});
+                addNews(watcher, {.names = {}, .mayHaveChanged = true}, now);
             }
             if (watcher.news.empty() || watcher.due > now)
                 continue;

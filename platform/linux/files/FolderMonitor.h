@@ -38,10 +38,11 @@ struct FolderNews {
 
 /// Watches folders with one inotify descriptor and one thread.
 ///
-/// Seen are changes of the items directly in a folder, by any program on this machine; its own removal and move; and
-/// moves of every folder on its path. Not seen are changes made on another machine to a network file system, changes
-/// through memory maps, and a folder that is hidden by mounting over one above it. A folder for which the system has no
-/// watch left is looked at every two seconds instead, where a changed content or attribute of an item goes unseen.
+/// Seen are changes of the items directly in a folder, by any program on this machine; its own removal and move; moves
+/// of every folder on its path; and, where asked for, items that come to a folder in it or leave it. Not seen are
+/// changes made on another machine to a network file system, changes through memory maps, and a folder that is hidden
+/// by mounting over one above it. A folder for which the system has no watch left is looked at every two seconds
+/// instead, where a changed content or attribute of an item goes unseen.
 class FolderMonitor {
 public:
     /// Told on the monitor's thread, at once when nothing was told for a while, else gathered for 75 milliseconds.
@@ -59,6 +60,10 @@ public:
     /// @param folder its open descriptor, which is not needed later
     /// @param path of the same folder, absolute
     void watch(int folder, const std::string& path, const std::shared_ptr<Listener>&);
+    /// Also tells the name of a folder in a watched one when items come to it or leave it, gathered for half a second:
+    /// how many it holds is all that shows. Safe from any thread.
+    /// @returns whether that is new; not when it is told already, and not when no watch is left
+    bool watchContents(const std::string& path, const Listener&);
     /// The listener may still be told of what is on its way. Safe from any thread.
     void unwatch(const Listener&);
 
@@ -78,13 +83,18 @@ private:
     };
     /// Why somebody is interested in a watched folder.
     struct Interest {
+        enum class Role { FolderItself, FolderAbove, FolderInside };
+
         const Listener* listener;
-        bool isFolderItself;  ///< else one above it
-        std::string nextName; ///< of the folder on the way down, for one above
+        Role role;
+        std::string name; ///< of the next folder on the way down, for one above; its own, for one inside
+
+        friend bool operator==(const Interest&, const Interest&) = default;
     };
 
     bool watchFolder(int folder, const Listener&);
     void watchFoldersAbove(std::string path, const Listener&);
+    /// @returns whether it is new
     bool addInterest(const std::string& path, std::uint32_t mask, Interest);
     void poll(const std::string& path, Watcher&);
     void run();
@@ -92,7 +102,9 @@ private:
     void readEvents();
     void handle(const inotify_event&);
     void tell(const Interest&, const inotify_event&);
-    void addNews(Watcher&, FolderNews);
+    void tellOfItself(Watcher&, const inotify_event&, const std::string& name);
+    void addNews(Watcher&, FolderNews, Time due);
+    static Time soon(const Watcher&);
     void tellWhatIsDue();
 
     UnifiedLog& log_;

@@ -20,6 +20,9 @@ namespace {
 // Applied to the list in one go on the main queue, which takes a few microseconds each.
 constexpr std::size_t kChangesInOneGo = 256;
 
+// More folders than fit on any screen; the system's watches are not only ours.
+constexpr std::size_t kWatchedFoldersInside = 256;
+
 FileDescriptor openFolder(const URL& url, int mode)
 {
     return FileDescriptor(::open(url.path().c_str(), mode | O_DIRECTORY | O_CLOEXEC));
@@ -223,6 +226,17 @@ void OpenFolder::fetchDetails(std::vector<URL> items)
         workers_.run([self = shared_from_this()] { self->fetchNextDetails(); });
 }
 
+/// Has the items of a folder in this one counted again when their number changes.
+/// @returns whether that begins now
+bool OpenFolder::watchContents(const URL& item)
+{
+    const bool isInside = item.deletingLastPathComponent() == url_;
+    if (!isInside || watchedInside_ == kWatchedFoldersInside || !monitor_.watchContents(item.path(), *this))
+        return false;
+    watchedInside_++;
+    return true;
+}
+
 void OpenFolder::fetchNextDetails()
 {
     while (true) {
@@ -236,6 +250,8 @@ void OpenFolder::fetchNextDetails()
         const auto round = wantedRound_;
         lock.unlock();
         auto details = readItemDetails(item, services_, ended_);
+        if (details.itemCount && watchContents(item))
+            details = readItemDetails(item, services_, ended_); // it may have changed before it was watched
         services_.mainQueue.async([self = shared_from_this(), item, details = std::move(details), round] {
             if (self->ended_)
                 return;

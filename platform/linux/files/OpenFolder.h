@@ -57,6 +57,7 @@ private:
     [[nodiscard]] std::set<std::string> itemNames(const std::set<std::string>& fileNames);
     [[nodiscard]] std::optional<FolderChange> lookAt(int folder, const std::string& name) const;
     void fetchNextDetails();
+    bool watchContents(const URL& item);
     void fail(int error);
     static Identity identityOf(int folder);
 
@@ -79,6 +80,8 @@ private:
 
     Identity identity_;                               ///< of the task that follows the folder
     std::map<std::string, std::string> placeholders_; ///< names of items by those of their placeholders; likewise
+
+    std::size_t watchedInside_ = 0; ///< folders in this one; of the task that fetches details
 
     std::mutex mutex_;
     FolderNews news_;
