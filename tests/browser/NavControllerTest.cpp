@@ -59,9 +59,8 @@ protected:
     }
     [[nodiscard]] std::string at(std::string_view name) const { return drive.url(name).absoluteString(); }
 
-    TemporaryDrive drive;
-    TemporaryDrive home;
-    InstalledPlatform platform{home.url("home"), drive.url()};
+    InstalledPlatform platform;
+    const TemporaryDrive& drive = platform.drive;
     AppDelegate delegate;
     Application application{delegate, platform.stateStore()};
 };

@@ -1,9 +1,11 @@
 #include "files/DRItem.h"
 #include "platform/files/TypeRegistry.h"
 #include "platform/linux/cloud/Placeholder.h"
+#include "platform/linux/cloud/TagAttribute.h"
 #include "platform/linux/files/ExtendedAttributes.h"
-#include "tests/support/ItemPlatform.h"
-#include "tests/support/TemporaryDrive.h"
+#include "platform/linux/files/LinuxResourceValues.h"
+#include "tests/files/WatchedValues.h"
+#include "tests/support/InstalledPlatform.h"
 
 #include <gmock/gmock.h>
 
@@ -36,69 +38,69 @@ protected:
         return drive.file(name, "[Desktop Entry]\nType=Link\nURL=" + std::string(target) + "\n");
     }
 
-    TemporaryDrive drive;
-    ItemPlatform platform;
+    InstalledPlatform platform;
+    const TemporaryDrive& drive = platform.drive;
+    WatchedValues values{platform::installed().resources};
+    platform::Scope scope{servicesWith(values)};
 };
 
 TEST_F(DRItemTest, DescribesADocument)
 {
     const auto url = drive.file("Plan.txt", "seven!!");
-    platform.cloud.tags[url] = {"Red", "Work"};
     const auto document = DRItem::initWithURL(url);
     EXPECT_EQ(document->localizedName(), "Plan.txt");
     EXPECT_EQ(document->typeIdentifier(), "public.plain-text");
-    EXPECT_EQ(document->localizedTypeDescription(), "kind of public.plain-text");
+    EXPECT_EQ(document->localizedTypeDescription(), "Plain text document");
     EXPECT_EQ(document->friendlyFileSize(), "7 bytes");
     EXPECT_EQ(document->friendlyContentModificationDate(DateStyle::Short),
-              platform.text.dateAndTime(*document->contentModificationDate(), DateStyle::Short));
+              platform.services().text.dateAndTime(*document->contentModificationDate(), DateStyle::Short));
     EXPECT_EQ(document->parentDirectoryURL(), drive.url());
-    EXPECT_THAT(document->tags(), Optional(ElementsAre("Red", "Work")));
     EXPECT_TRUE(document->isDownloaded());
     EXPECT_TRUE(document->renameable());
     EXPECT_FALSE(document->hasHiddenExtension());
     EXPECT_EQ(document->description(),
               "Name=Plan.txt, Size=7, URL=" + url.absoluteString() + ", ResURL=<same>, PromiseURL=<same>, Local,");
-    EXPECT_EQ(platform.resources.reads, 1);
-    EXPECT_EQ(platform.resources.openAccesses, 0);
+    EXPECT_EQ(values.reads, 1);
+    EXPECT_EQ(values.openAccesses, 0);
 }
 
 TEST_F(DRItemTest, TellsFoldersFromPackages)
 {
-    drive.file("Talk.deck/slides/One.txt", "four");
-    drive.file("Talk.deck/notes", "three");
-    placeholder("Talk.deck/Video.txt", 100);
-    drive.tree("Projects/ Empty.deck/");
-    placeholder("Far.deck", 7, "example.deck");
+    drive.file("Talk.lookbook/slides/One.txt", "four");
+    drive.file("Talk.lookbook/notes", "three");
+    placeholder("Talk.lookbook/Video.txt", 100);
+    drive.tree("Projects/ Empty.lookbook/");
+    placeholder("Far.lookbook", 7, "orvane.lookbook.album");
 
     EXPECT_TRUE(item("Projects")->isDirectory());
     EXPECT_FALSE(item("Projects")->isPackage());
     EXPECT_EQ(item("Projects")->fileSize(), std::nullopt);
-    const auto package = item("Talk.deck");
+    const auto package = item("Talk.lookbook");
     EXPECT_FALSE(package->isDirectory());
     EXPECT_TRUE(package->isPackage());
     EXPECT_EQ(package->fileSize(), 109U) << "files at any depth, and what is still in the cloud";
     EXPECT_THAT(package->description(), EndsWith(", Package, Local,"));
-    EXPECT_EQ(item("Empty.deck")->fileSize(), std::nullopt);
-    EXPECT_EQ(item("Far.deck")->fileSize(), 7U) << "known, hence not summed";
+    EXPECT_EQ(item("Empty.lookbook")->fileSize(), std::nullopt);
+    EXPECT_EQ(item("Far.lookbook")->fileSize(), 7U) << "known, hence not summed";
 }
 
-TEST_F(DRItemTest, NamesAnAppLibraryAsItsApp)
+TEST(DRItemLibraryTest, IsNamedAsItsApp)
 {
-    const auto folder = drive.folder("orvane~Lookbook");
-    const CloudContainer container{"orvane.lookbook", folder, "Lookbook", {}, {}, {}};
-    platform.cloud.containers = {std::make_shared<CloudContainer>(container)};
-    const auto library = DRItem::initWithURL(folder);
+    const InstalledPlatform platform{{"orvane.Lookbook", "Album Maker"}};
+    const auto library = DRItem::initWithURL(platform.drive.url("orvane~Lookbook/Documents"));
     EXPECT_TRUE(library->isContainer());
     EXPECT_FALSE(library->renameable());
-    EXPECT_EQ(library->localizedName(), "Lookbook");
-    EXPECT_FALSE(DRItem::initWithURL(drive.folder("orvane~Lookbook/Inside"))->isContainer());
+    EXPECT_EQ(library->localizedName(), "Album Maker");
+    EXPECT_FALSE(DRItem::initWithURL(platform.drive.folder("orvane~Lookbook/Documents/Inside"))->isContainer());
 }
 
-TEST_F(DRItemTest, LetsOnlyParticipantsNotRename)
+TEST_F(DRItemTest, ReadsWhatOtherProgramsKeepInAttributes)
 {
     drive.tree("Own.txt Other.txt Odd.txt");
     if (setExtendedAttribute(drive.url("Own.txt"), kSharedAttribute, "owner"))
         GTEST_SKIP() << "this file system keeps no attributes";
+    ASSERT_FALSE(setExtendedAttribute(drive.url("Own.txt"), kTagAttribute, "Red,Work"));
+    EXPECT_THAT(item("Own.txt")->tags(), Optional(ElementsAre("Red", "Work")));
     ASSERT_FALSE(setExtendedAttribute(drive.url("Other.txt"), kSharedAttribute, "participant"));
     ASSERT_FALSE(setExtendedAttribute(drive.url("Odd.txt"), kSharedAttribute, "someone"));
     placeholder("Far.txt", 0, "public.plain-text", "participant");
@@ -177,7 +179,7 @@ TEST_F(DRItemTest, IsNotMadeOfNothing)
 TEST_F(DRItemTest, ReadsPlainValuesWhereThePromisedOnesFail)
 {
     drive.file("Plan.txt");
-    platform.resources.promisedError = Error{Domain::General, ErrorCode::kReadNoPermission, {}, {}};
+    values.promisedError = Error{Domain::General, ErrorCode::kReadNoPermission, {}, {}};
     EXPECT_EQ(item("Plan.txt")->typeIdentifier(), "public.plain-text");
     EXPECT_THAT(platform.log->lines(),
                 ElementsAre(HasSubstr("(TSD)[WARNING] -[DRItem cacheValues]_block_invoke (*) ")));
@@ -189,26 +191,26 @@ TEST_F(DRItemTest, FallsBackToAttributes)
     drive.file("Projects/Plan.txt", "seven!!");
     drive.tree("Projects/near->Plan.txt far->Projects/Plan.txt top->/");
     ASSERT_EQ(::mkfifo(drive.url("pipe").path().c_str(), 0600), 0);
-    platform.resources.promisedError = Error{Domain::System, ErrorCode::kNoSuchFile, {}, {}};
+    values.promisedError = Error{Domain::System, ErrorCode::kNoSuchFile, {}, {}};
 
     const auto document = item("Projects/Plan.txt");
-    EXPECT_EQ(platform.resources.reads, 1) << "no plain values of what is gone";
+    EXPECT_EQ(values.reads, 1) << "no plain values of what is gone";
     EXPECT_EQ(document->localizedName(), "Plan.txt");
     EXPECT_EQ(document->typeIdentifier(), std::nullopt);
     EXPECT_EQ(document->fileSize(), 7U);
     EXPECT_FALSE(document->isPromise());
     EXPECT_TRUE(item("Projects")->isDirectory());
-    EXPECT_EQ(item("Projects")->localizedTypeDescription(), "kind of public.folder");
+    EXPECT_EQ(item("Projects")->localizedTypeDescription(), "Folder");
     EXPECT_EQ(item("Projects/near")->symlinkTarget(), "Plan.txt");
     EXPECT_EQ(item("Projects/near")->resolvedURL(), drive.url("Projects/Plan.txt"));
     EXPECT_EQ(item("far")->resolvedURL(), URL::file("Projects/Plan.txt"));
     EXPECT_EQ(item("top")->resolvedURL(), URL::file("/"));
     EXPECT_EQ(item("pipe"), nullptr);
 
-    platform.resources.reachable = false;
-    platform.resources.reads = 0;
+    values.reachable = false;
+    values.reads = 0;
     EXPECT_NE(item("Projects/Plan.txt"), nullptr);
-    EXPECT_EQ(platform.resources.reads, 0);
+    EXPECT_EQ(values.reads, 0);
 }
 
 TEST_F(DRItemTest, KeepsTheBytesOfANameThatIsNoText)
@@ -239,15 +241,15 @@ TEST_F(DRItemTest, LooksForItsThumbnailOnce)
     drive.tree("With.txt Without.txt");
     const auto image = drive.url("image.png");
     const auto without = item("Without.txt");
-    platform.resources.reads = 0;
+    values.reads = 0;
     EXPECT_EQ(without->thumbnail(), std::nullopt);
-    const auto reads = platform.resources.reads;
-    platform.resources.added[ResourceKey::ThumbnailDictionary] = Value::Dictionary{{kThumbnail1024, image}};
+    const auto reads = values.reads;
+    values.added[ResourceKey::ThumbnailDictionary] = Value::Dictionary{{kThumbnail1024, image}};
     EXPECT_EQ(without->thumbnail(), std::nullopt);
-    EXPECT_EQ(platform.resources.reads, reads);
+    EXPECT_EQ(values.reads, reads);
     EXPECT_EQ(item("With.txt")->thumbnail(), image);
-    EXPECT_EQ(platform.resources.openAccesses, 0);
-    platform.resources.added[ResourceKey::ThumbnailDictionary] = Value::Dictionary{{kThumbnail1024, "no image"}};
+    EXPECT_EQ(values.openAccesses, 0);
+    values.added[ResourceKey::ThumbnailDictionary] = Value::Dictionary{{kThumbnail1024, "no image"}};
     EXPECT_EQ(item("With.txt")->thumbnail(), std::nullopt);
 }
 

@@ -1,7 +1,7 @@
 #include "files/FileUtils.h"
 #include "platform/linux/cloud/Placeholder.h"
-#include "tests/support/ItemPlatform.h"
-#include "tests/support/TemporaryDrive.h"
+#include "tests/files/WatchedValues.h"
+#include "tests/support/InstalledPlatform.h"
 
 #include <gmock/gmock.h>
 
@@ -11,25 +11,29 @@ namespace {
 using testing::ElementsAre;
 using testing::MatchesRegex;
 
-TEST(FileUtilsTest, AsksForThePromisedValueFirst)
+class FileUtilsTest : public testing::Test {
+protected:
+    InstalledPlatform platform;
+    const TemporaryDrive& drive = platform.drive;
+};
+
+TEST_F(FileUtilsTest, AsksForThePromisedValueFirst)
 {
-    TemporaryDrive drive;
-    ItemPlatform platform;
+    WatchedValues values(platform::installed().resources);
+    const platform::Scope scope(servicesWith(values));
     const auto near = drive.file("Near.txt", "four");
     const auto far = drive.url("Far.txt");
     ASSERT_EQ(writePlaceholder(far, {"Far.txt", 9, {}, {}, "public.plain-text", "id", {}}), std::nullopt);
     EXPECT_EQ(FileUtils::getResourceValue(ResourceKey::FileSize, far), Value(std::int64_t(9)));
     EXPECT_EQ(FileUtils::getResourceValue(ResourceKey::FileSize, drive.url()), Value());
     EXPECT_EQ(FileUtils::getResourceValue(ResourceKey::FileSize, std::nullopt), Value());
-    platform.resources.promisedError = Error();
+    values.promisedError = Error();
     EXPECT_EQ(FileUtils::getResourceValue(ResourceKey::FileSize, near), Value(std::int64_t(4)));
     EXPECT_EQ(FileUtils::getResourceValue(ResourceKey::FileSize, far), Value());
 }
 
-TEST(FileUtilsTest, LogsTheAttributesOfAFile)
+TEST_F(FileUtilsTest, LogsTheAttributesOfAFile)
 {
-    TemporaryDrive drive;
-    ItemPlatform platform;
     FileUtils::logFileAttributes(drive.file("Plan.txt", "four").path());
     FileUtils::logFileAttributes(drive.url("Gone").path());
     const std::string start = R"(\(TSD\)\[DEBUG\] \+\[FileUtils logFileAttributes:\] \(\*\) )";

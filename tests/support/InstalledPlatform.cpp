@@ -1,19 +1,23 @@
 #include "tests/support/InstalledPlatform.h"
 
 #include "platform/documents/DocumentListController.h"
+#include "platform/linux/cloud/ContainerDeclaration.h"
 #include "platform/ui/Device.h"
 #include "platform/ui/NavigationController.h"
 #include "platform/ui/Window.h"
 
-#include <gtest/gtest.h>
-
 #include <chrono>
 #include <stdexcept>
-#include <thread>
 
 namespace tessel {
 
 namespace {
+
+void check(const std::optional<Error>& error)
+{
+    if (error)
+        throw std::runtime_error(error->description);
+}
 
 bool isListOnScreenBusy()
 {
@@ -27,44 +31,69 @@ bool isListOnScreenBusy()
 
 } // namespace
 
-InstalledPlatform::InstalledPlatform(const URL& home, const URL& drive)
+InstalledPlatform::InstalledPlatform() : drive("drive")
 {
-    LinuxPlatformOptions options;
-    options.home = home.path();
-    options.drive = drive.path();
-    options.clock = &clock_;
-    options.locale = "en";
-    auto platform = LinuxPlatform::create(options);
-    if (!platform)
-        throw std::runtime_error(platform.error().description);
-    platform_ = std::move(platform.value());
-    scope_ = std::make_unique<platform::Scope>(platform_->services());
-    platform_->services().log.addSink(log);
+    install(drive.url().deletingLastPathComponent().appending("home"), drive.url().path());
+}
+
+InstalledPlatform::InstalledPlatform(std::initializer_list<Library> libraries) : drive("home/Mobile Documents")
+{
+    drive.folder(containerFolderName(kDefaultContainerIdentifier));
+    for (const auto& [identifier, localizedName] : libraries) {
+        const auto folder = drive.folder(containerFolderName(identifier) + "/Documents").deletingLastPathComponent();
+        check(writeContainerDeclaration({identifier, folder, localizedName, {}, {}, {}}, folder));
+    }
+    install(drive.url().deletingLastPathComponent(), std::nullopt);
 }
 
 InstalledPlatform::~InstalledPlatform() = default;
 
+void InstalledPlatform::install(const URL& home, std::optional<std::string> boundDrive)
+{
+    auto platform = LinuxPlatform::create({home.path(), std::move(boundDrive), &clock, "en"});
+    check(platform ? std::nullopt : std::optional(platform.error()));
+    platform_ = std::move(platform.value());
+    services().mainQueue.setWakeHandler([this] {
+        const std::lock_guard lock(mutex_);
+        isWoken_ = true;
+        woken_.notify_one();
+    });
+    services().log.addSink(log);
+    scope_ = std::make_unique<platform::Scope>(services());
+}
+
 void InstalledPlatform::settle()
 {
     auto& queue = services().mainQueue;
-    EXPECT_TRUE(runUntil([&] { return !queue.runReady() && !isListOnScreenBusy(); }));
+    if (!runUntil([&] { return !queue.runReady() && !isListOnScreenBusy(); }))
+        throw std::runtime_error("work is still under way");
 }
 
 bool InstalledPlatform::runUntil(const std::function<bool()>& condition)
 {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-    while (std::chrono::steady_clock::now() < deadline) {
+    while (true) {
         services().mainQueue.runReady();
         if (condition())
             return true;
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        std::unique_lock lock(mutex_);
+        if (!woken_.wait_until(lock, deadline, [this] { return isWoken_; }))
+            return false;
+        isWoken_ = false;
     }
-    return false;
 }
 
 void InstalledPlatform::turn(double seconds)
 {
-    tessel::turn(clock_, services().mainQueue, seconds);
+    auto& queue = services().mainQueue;
+    const auto end = clock.uptime() + ManualClock::ticks(seconds);
+    queue.runReady();
+    for (auto due = queue.nextDue(); due && *due <= end; due = queue.nextDue()) {
+        clock.advanceTo(*due);
+        queue.runReady();
+    }
+    clock.advanceTo(end);
+    queue.runReady();
 }
 
 } // namespace tessel

@@ -28,17 +28,4 @@ private:
     std::atomic<Ticks::rep> elapsed_ = 0;
 };
 
-/// Lets `seconds` pass in no time: goes from one due task to the next, and each runs at its own moment.
-inline void turn(ManualClock& clock, MainQueue& queue, double seconds)
-{
-    const auto end = clock.uptime() + ManualClock::ticks(seconds);
-    queue.runReady();
-    for (auto due = queue.nextDue(); due && *due <= end; due = queue.nextDue()) {
-        clock.advanceTo(*due);
-        queue.runReady();
-    }
-    clock.advanceTo(end);
-    queue.runReady();
-}
-
 } // namespace tessel

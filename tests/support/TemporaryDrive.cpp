@@ -11,23 +11,25 @@ namespace fs = std::filesystem;
 
 namespace tessel {
 
-TemporaryDrive::TemporaryDrive()
+TemporaryDrive::TemporaryDrive(std::string_view inside)
 {
     std::string pattern = (fs::temp_directory_path() / "tesseldrive-test-XXXXXX").string();
     if (!::mkdtemp(pattern.data()))
         throw std::runtime_error("no temporary folder");
-    path_ = fs::canonical(pattern).string();
+    temporary_ = fs::canonical(pattern).string();
+    path_ = inside.empty() ? temporary_ : temporary_ + '/' + std::string(inside);
+    fs::create_directories(path_);
 }
 
 TemporaryDrive::~TemporaryDrive()
 {
     std::error_code ignored;
     const auto options = fs::directory_options::skip_permission_denied;
-    for (auto entry = fs::recursive_directory_iterator(path_, options, ignored);
+    for (auto entry = fs::recursive_directory_iterator(temporary_, options, ignored);
          entry != fs::recursive_directory_iterator(); entry.increment(ignored))
         if (entry->is_directory(ignored) && !entry->is_symlink(ignored))
             fs::permissions(entry->path(), fs::perms::owner_all, fs::perm_options::add, ignored);
-    fs::remove_all(path_, ignored);
+    fs::remove_all(temporary_, ignored);
 }
 
 void TemporaryDrive::tree(std::string_view description) const

@@ -10,7 +10,8 @@ namespace tessel {
 /// A real folder of its own for one test, removed with everything in it at the end.
 class TemporaryDrive {
 public:
-    TemporaryDrive();
+    /// @param inside makes it this folder, in a temporary one that has room for others beside it
+    explicit TemporaryDrive(std::string_view inside = {});
     ~TemporaryDrive();
     TemporaryDrive(const TemporaryDrive&) = delete;
     TemporaryDrive& operator=(const TemporaryDrive&) = delete;
@@ -28,6 +29,7 @@ public:
     [[nodiscard]] std::string read(std::string_view name) const;
 
 private:
+    std::string temporary_;
     std::string path_;
 };
 

@@ -1,10 +1,11 @@
 #include "platform/console/ConsoleShell.h"
 
+#include "platform/run/MainQueue.h"
 #include "platform/ui/Application.h"
+#include "platform/ui/Device.h"
 #include "platform/ui/NavigationController.h"
-#include "platform/ui/StateCoder.h"
 #include "platform/ui/Window.h"
-#include "tests/platform/ui/ScreenPlatform.h"
+#include "tests/support/InstalledPlatform.h"
 
 #include <gmock/gmock.h>
 
@@ -30,12 +31,6 @@ public:
     bool applicationShouldRestoreApplicationState() override { return false; }
 
     int resigned = 0;
-};
-
-class NoStore : public StateStore {
-public:
-    std::optional<Value::Dictionary> load() override { return std::nullopt; }
-    void save(const Value::Dictionary&) override {}
 };
 
 /// A script whose waits take no time: they turn the clock.
@@ -83,10 +78,9 @@ protected:
         return output.str();
     }
 
-    ScreenPlatform platform;
-    NoStore store;
+    InstalledPlatform platform;
     SilentDelegate delegate;
-    Application application{delegate, store};
+    Application application{delegate, platform.stateStore()};
     std::shared_ptr<NavigationController> navigation = std::make_shared<NavigationController>();
     std::shared_ptr<Window> window = std::make_shared<Window>(Rect{0, 0, 320, 480});
 };
@@ -108,7 +102,7 @@ TEST_F(ConsoleShellTest, PrintsTheScreenWhenTheInputHoldsNoCommand)
 // Each of these is wrong, and each must be told so before anything is changed.
 TEST_F(ConsoleShellTest, RefusesWrongArgumentsAndChangesNothing)
 {
-    platform.device.setScreenBounds({0, 0, 320, 480});
+    platform.services().device.setScreenBounds({0, 0, 320, 480});
     for (const auto* const line : {"resize 0 10", "resize 10", "resize nan 10", "resize 10 inf", "resize 10 20px",
                                    "idiom Tablet", "direction up", "wait -1", "wait soon", "wait", "screen now", "tap",
                                    "log on", "log off debug", "log on shouting", "log", "path Drive"})
@@ -121,25 +115,25 @@ TEST_F(ConsoleShellTest, ChangesTheDevice)
 {
     EXPECT_EQ(run({"resize 1024 768.5", "idiom tablet", "direction rtl"}), "ok\nok\nok\n");
     EXPECT_EQ(window->frame, (Rect{0, 0, 1024, 768.5}));
-    EXPECT_EQ(platform.device.idiom, Idiom::Pad);
-    EXPECT_EQ(platform.device.layoutDirection, LayoutDirection::RightToLeft);
+    EXPECT_EQ(platform.services().device.idiom, Idiom::Pad);
+    EXPECT_EQ(platform.services().device.layoutDirection, LayoutDirection::RightToLeft);
 }
 
 TEST_F(ConsoleShellTest, WaitLetsExactlySoMuchTimePass)
 {
-    platform.mainQueue.after(0.7, [this] { push("soon"); });
-    platform.mainQueue.after(5, [this] { push("late"); });
+    DispatchQueue::main().after(0.7, [this] { push("soon"); });
+    DispatchQueue::main().after(5, [this] { push("late"); });
     EXPECT_EQ(run({"screen", "wait 0.69", "screen", "wait 0.01", "screen"}),
               "title: Drive\nok\nok\ntitle: Drive\nok\nok\ntitle: soon\nback: Drive\nok\n");
 }
 
 TEST_F(ConsoleShellTest, SettleWaitsForWorkThatIsDueWithinTwoSecondsAndNoLonger)
 {
-    platform.mainQueue.after(1.5, [this] { platform.mainQueue.after(2, [this] { push("chained"); }); });
-    platform.mainQueue.after(300, [this] { push("far"); });
+    DispatchQueue::main().after(1.5, [this] { DispatchQueue::main().after(2, [this] { push("chained"); }); });
+    DispatchQueue::main().after(300, [this] { push("far"); });
     EXPECT_THAT(run({"settle", "screen"}), EndsWith("title: chained\nback: Drive\nok\n"));
 
-    std::function<void()> again = [&] { platform.mainQueue.after(1, again); };
+    std::function<void()> again = [&] { DispatchQueue::main().after(1, again); };
     again();
     EXPECT_EQ(run({"settle"}), "error: work is still under way after 60 seconds\n");
 }

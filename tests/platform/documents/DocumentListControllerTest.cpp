@@ -1,9 +1,12 @@
 #include "platform/documents/DocumentListController.h"
 
+#include "platform/base/NotificationCenter.h"
 #include "platform/documents/SearchController.h"
+#include "platform/linux/cloud/TagAttribute.h"
+#include "platform/linux/files/ExtendedAttributes.h"
 #include "platform/ui/Application.h"
 #include "platform/ui/NavigationController.h"
-#include "tests/support/ListingPlatform.h"
+#include "tests/support/InstalledPlatform.h"
 
 #include <gmock/gmock.h>
 
@@ -46,7 +49,7 @@ protected:
     {
         list->delegate = delegate;
         list->view();
-        EXPECT_TRUE(platform.waitUntil([&] { return list->state() != ListState::Loading; }));
+        EXPECT_TRUE(platform.runUntil([&] { return list->state() != ListState::Loading; }));
         return list;
     }
     std::shared_ptr<DocumentListController> shown(const std::string& folder)
@@ -78,41 +81,40 @@ protected:
         return result;
     }
 
-    ListingPlatform platform;
-    TemporaryDrive& drive = platform.drive;
+    InstalledPlatform platform{{"orvane.Paint", "Paint"}, {"orvane.Zeichnen", "Zeichnen"}};
+    const TemporaryDrive& drive = platform.drive;
     std::shared_ptr<Delegate> delegate = std::make_shared<Delegate>();
 };
 
 TEST_F(DocumentListControllerTest, ShowsLibrariesAmongTheItemsOfTheTopFolder)
 {
-    platform.cloud.apps = {platform.container("Apps/Paint", "Paint"), platform.container("Apps/Zeichnen", "Zeichnen")};
-    drive.tree("Drive/Alpha/ Drive/Quill Apps/Paint/One");
+    drive.tree("orvane~Quillbox/Alpha/ orvane~Quillbox/Quill orvane~Paint/Documents/One");
     const auto list = shown(DocumentListController::create());
-    EXPECT_EQ(list->title(), "My Drive");
+    EXPECT_EQ(list->title(), "Tessel Drive");
     EXPECT_THAT(titles(*list), ElementsAre("Alpha", "Paint", "Quill", "Zeichnen"));
     EXPECT_EQ(list->row(1).kind, RowKind::Library);
-    EXPECT_EQ(list->containedItemURLs()[1], drive.url("Apps/Paint"));
+    EXPECT_EQ(list->containedItemURLs()[1], drive.url("orvane~Paint/Documents"));
 
     // Rows move around libraries; what is told must say where.
     std::vector<RowChanges> told;
     list->rowsChanged = [&](const RowChanges& changes) { told.push_back(changes); };
-    drive.file("Drive/Beta");
-    ASSERT_TRUE(platform.waitUntil([&] { return list->containedItemCount() == 5; }));
+    drive.file("orvane~Quillbox/Beta");
+    ASSERT_TRUE(platform.runUntil([&] { return list->containedItemCount() == 5; }));
     EXPECT_THAT(told.front().inserted, ElementsAre(1));
     told.clear();
-    drive.file("Drive/Rest");
-    ASSERT_TRUE(platform.waitUntil([&] { return list->containedItemCount() == 6; }));
+    drive.file("orvane~Quillbox/Rest");
+    ASSERT_TRUE(platform.runUntil([&] { return list->containedItemCount() == 6; }));
     EXPECT_THAT(told.front().inserted, ElementsAre(4));
-    fs::remove(drive.url("Drive/Rest").path());
-    ASSERT_TRUE(platform.waitUntil([&] { return list->containedItemCount() == 5; }));
+    fs::remove(drive.url("orvane~Quillbox/Rest").path());
+    ASSERT_TRUE(platform.runUntil([&] { return list->containedItemCount() == 5; }));
     told.clear();
-    fs::remove(drive.url("Drive/Quill").path());
-    ASSERT_TRUE(platform.waitUntil([&] { return list->containedItemCount() == 4; }));
+    fs::remove(drive.url("orvane~Quillbox/Quill").path());
+    ASSERT_TRUE(platform.runUntil([&] { return list->containedItemCount() == 4; }));
     EXPECT_THAT(told.back().removed, ElementsAre(3));
     EXPECT_THAT(titles(*list), ElementsAre("Alpha", "Beta", "Paint", "Zeichnen"));
 
     list->setVisibleRows(0, 4);
-    ASSERT_TRUE(platform.waitUntil([&] { return !list->isBusy(); }));
+    ASSERT_TRUE(platform.runUntil([&] { return !list->isBusy(); }));
     EXPECT_EQ(list->row(2).itemCount, 1U);
     EXPECT_EQ(list->row(0).itemCount, 0U);
 
@@ -122,11 +124,11 @@ TEST_F(DocumentListControllerTest, ShowsLibrariesAmongTheItemsOfTheTopFolder)
 
 TEST_F(DocumentListControllerTest, OpensWhatIsPressedByItsKind)
 {
-    drive.tree("F/Deck.deck/ F/Folder/ F/Link->Folder F/Plan.txt");
+    drive.tree("F/Album.lookbook/ F/Folder/ F/Link->Folder F/Plan.txt");
     const auto list = shown("F");
     for (std::size_t index = 0; index < 5; ++index)
         list->pressRow(index);
-    EXPECT_THAT(delegate->opened, ElementsAre("item Deck.deck", "list Folder", "item Link", "item Plan.txt"));
+    EXPECT_THAT(delegate->opened, ElementsAre("item Album.lookbook", "list Folder", "item Link", "item Plan.txt"));
 }
 
 TEST_F(DocumentListControllerTest, KeepsTheSelectionByNameWhileItemsChange)
@@ -144,7 +146,7 @@ TEST_F(DocumentListControllerTest, KeepsTheSelectionByNameWhileItemsChange)
     fs::remove(drive.url("F/b").path());
     drive.file("F/aa");
     drive.file("F/d", "changed");
-    ASSERT_TRUE(platform.waitUntil([&] { return list->row(3).size == 7U; }));
+    ASSERT_TRUE(platform.runUntil([&] { return list->row(3).size == 7U; }));
     EXPECT_THAT(names(list->selectedItemURLs()), ElementsAre("d"));
 
     const auto before = delegate->changes;
@@ -161,18 +163,18 @@ TEST_F(DocumentListControllerTest, TellsARemovedFolderOnceAndFindsItAgainWhenItI
     delegate->list = shown("F");
     const auto list = delegate->list;
     fs::remove_all(drive.url("F").path());
-    ASSERT_TRUE(platform.waitUntil([&] { return delegate->removals > 0; }));
+    ASSERT_TRUE(platform.runUntil([&] { return delegate->removals > 0; }));
     EXPECT_EQ(list->state(), ListState::Failed);
     EXPECT_EQ(list->failure()->code, ErrorCode::kNoSuchFile);
     EXPECT_EQ(list->containedItemCount(), 0U);
 
-    platform.notifications().post(kDidBecomeActiveNotification);
-    ASSERT_TRUE(platform.waitUntil([&] { return list->state() == ListState::Failed; }));
+    platform.services().notifications.post(kDidBecomeActiveNotification);
+    ASSERT_TRUE(platform.runUntil([&] { return list->state() == ListState::Failed; }));
     EXPECT_EQ(delegate->removals, 1);
 
     drive.tree("F/b");
-    platform.notifications().post(kDidBecomeActiveNotification);
-    ASSERT_TRUE(platform.waitUntil([&] { return list->state() == ListState::Complete; }));
+    platform.services().notifications.post(kDidBecomeActiveNotification);
+    ASSERT_TRUE(platform.runUntil([&] { return list->state() == ListState::Complete; }));
     EXPECT_FALSE(list->failure());
     EXPECT_THAT(titles(*list), ElementsAre("b"));
 }
@@ -181,23 +183,22 @@ TEST_F(DocumentListControllerTest, LivesThroughItsLastOwnerGoingWhileItTells)
 {
     delegate->list = shown(DocumentListController::create(drive.folder("F")));
     fs::remove(drive.url("F").path());
-    EXPECT_TRUE(platform.waitUntil([&] { return delegate->removals == 1; }));
+    EXPECT_TRUE(platform.runUntil([&] { return delegate->removals == 1; }));
     EXPECT_FALSE(delegate->list);
 }
 
 TEST_F(DocumentListControllerTest, BuildsTheListsDownToAFolderOfTheDriveOnly)
 {
-    platform.cloud.apps = {platform.container("Apps/Paint", "Paint")};
-    drive.tree("Drive/A/B/ Drive/A/File Drive/A/P.deck/in/ Apps/Paint/X/ Elsewhere/Y/ link->Drive/A");
+    drive.tree("orvane~Quillbox/A/B/ orvane~Quillbox/A/File orvane~Quillbox/A/P.lookbook/in/ orvane~Paint/Documents/X/ "
+               "Elsewhere/Y/ link->orvane~Quillbox/A");
     const auto list = [](auto... titles) { return std::optional(std::vector<std::string>{titles...}); };
-    EXPECT_EQ(hierarchy(drive.url("Drive")), list("My Drive"));
-    EXPECT_EQ(hierarchy(drive.url("Drive/A/B")), list("My Drive", "A", "B"));
-    EXPECT_EQ(hierarchy(drive.url("Apps/Paint/X")), list("My Drive", "Paint", "X"));
-    EXPECT_EQ(hierarchy(drive.url("link/B")), list("My Drive", "A", "B"));
-    for (const auto* const other : {"Drive/A/File", "Drive/A/P.deck", "Drive/A/P.deck/in", "Drive/None", "Elsewhere/Y"})
+    EXPECT_EQ(hierarchy(drive.url("orvane~Quillbox")), list("Tessel Drive"));
+    EXPECT_EQ(hierarchy(drive.url("orvane~Quillbox/A/B")), list("Tessel Drive", "A", "B"));
+    EXPECT_EQ(hierarchy(drive.url("orvane~Paint/Documents/X")), list("Tessel Drive", "Paint", "X"));
+    EXPECT_EQ(hierarchy(drive.url("link/B")), list("Tessel Drive", "A", "B"));
+    for (const auto* const other : {"orvane~Quillbox/A/File", "orvane~Quillbox/A/P.lookbook",
+                                    "orvane~Quillbox/A/P.lookbook/in", "orvane~Quillbox/None", "Elsewhere/Y"})
         EXPECT_EQ(hierarchy(drive.url(other)), std::nullopt) << other;
-    platform.cloud.top = nullptr;
-    EXPECT_EQ(DocumentListController::create(), nullptr);
 }
 
 TEST_F(DocumentListControllerTest, FetchesDetailsOfVisibleRowsAgainWhenTheyMayHaveChanged)
@@ -206,16 +207,16 @@ TEST_F(DocumentListControllerTest, FetchesDetailsOfVisibleRowsAgainWhenTheyMayHa
     const auto list = shown("F");
     EXPECT_EQ(list->row(0).itemCount, std::nullopt);
     list->setVisibleRows(0, 10);
-    ASSERT_TRUE(platform.waitUntil([&] { return list->row(0).itemCount == 1U; }));
+    ASSERT_TRUE(platform.runUntil([&] { return list->row(0).itemCount == 1U; }));
     list->setVisibleRows(0, 0);
     drive.file("F/Sub/two");
     list->setVisibleRows(0, 10);
-    EXPECT_TRUE(platform.waitUntil([&] { return list->row(0).itemCount == 2U; }));
+    EXPECT_TRUE(platform.runUntil([&] { return list->row(0).itemCount == 2U; }));
 
     // A new tag changes no attribute that the row shows.
-    platform.cloud.tagsOfAll = {"Red"};
-    fs::permissions(drive.url("F/Sub").path(), fs::perms::owner_all);
-    EXPECT_TRUE(platform.waitUntil([&] { return list->row(0).tags == std::vector<std::string>{"Red"}; }));
+    if (setExtendedAttribute(drive.url("F/Sub"), kTagAttribute, "Red"))
+        GTEST_SKIP() << "this file system keeps no attributes";
+    EXPECT_TRUE(platform.runUntil([&] { return list->row(0).tags == std::vector<std::string>{"Red"}; }));
 }
 
 TEST_F(DocumentListControllerTest, PresentsSortedSearchResultsWhileThereIsAQuery)
@@ -228,7 +229,7 @@ TEST_F(DocumentListControllerTest, PresentsSortedSearchResultsWhileThereIsAQuery
     list->startSearch("plan");
     const auto search = std::dynamic_pointer_cast<SearchController>(navigation->presentedViewController());
     ASSERT_TRUE(search);
-    ASSERT_TRUE(platform.waitUntil([&] { return !search->isBusy(); }));
+    ASSERT_TRUE(platform.runUntil([&] { return !search->isBusy(); }));
     std::vector<std::string> found;
     for (const auto& row : search->results())
         found.push_back(row.title);

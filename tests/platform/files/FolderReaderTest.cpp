@@ -1,6 +1,10 @@
 #include "platform/linux/cloud/Placeholder.h"
+#include "platform/linux/cloud/TagAttribute.h"
+#include "platform/linux/files/ExtendedAttributes.h"
 #include "platform/linux/files/FileDescriptor.h"
-#include "tests/support/ListingPlatform.h"
+#include "platform/linux/files/LinuxFolderReader.h"
+#include "platform/text/TextServices.h"
+#include "tests/support/InstalledPlatform.h"
 
 #include <gmock/gmock.h>
 
@@ -26,24 +30,28 @@ using testing::IsEmpty;
 /// Follows a folder as a list does.
 class Follower {
 public:
-    Follower(ListingPlatform& platform, const URL& folder) : platform_(platform)
+    Follower(InstalledPlatform& platform, const URL& folder) : Follower(platform, folder, platform.services().folders)
     {
-        reading = platform.reader->read(
-            folder, {.firstRows = [this](FolderTable table) { firstRows = namesOf(table); },
-                     .complete =
-                         [this](FolderTable table) {
-                             rows = std::move(table);
-                             isComplete = true;
-                         },
-                     .changed = [this](const auto& changes) { (void)rows.apply(changes, platform_.text); },
-                     .replaced =
-                         [this](FolderTable table) {
-                             (void)rows.replaceWith(std::move(table), platform_.text);
-                             replacements++;
-                         },
-                     .failed = [this](const Error& error) { failure = error; },
-                     .removed = [this] { removals++; },
-                     .details = [this](const URL& url, const ItemDetails& found) { details[url] = found; }});
+    }
+    Follower(InstalledPlatform& platform, const URL& folder, FolderReader& reader)
+        : platform_(platform), text_(platform.services().text)
+    {
+        reading = reader.read(folder,
+                              {.firstRows = [this](FolderTable table) { firstRows = namesOf(table); },
+                               .complete =
+                                   [this](FolderTable table) {
+                                       rows = std::move(table);
+                                       isComplete = true;
+                                   },
+                               .changed = [this](const auto& changes) { (void)rows.apply(changes, text_); },
+                               .replaced =
+                                   [this](FolderTable table) {
+                                       (void)rows.replaceWith(std::move(table), text_);
+                                       replacements++;
+                                   },
+                               .failed = [this](const Error& error) { failure = error; },
+                               .removed = [this] { removals++; },
+                               .details = [this](const URL& url, const ItemDetails& found) { details[url] = found; }});
     }
 
     static std::vector<std::string> namesOf(const FolderTable& table)
@@ -56,12 +64,12 @@ public:
     [[nodiscard]] std::vector<std::string> names() const { return namesOf(rows); }
     [[nodiscard]] FolderEntry entry(const std::string& name) const
     {
-        const auto index = rows.find(name, platform_.text);
+        const auto index = rows.find(name, text_);
         return index ? rows.entry(*index) : FolderEntry{.size = -2};
     }
     bool waitUntilComplete()
     {
-        return platform_.waitUntil([this] { return isComplete; });
+        return platform_.runUntil([this] { return isComplete; });
     }
 
     FolderTable rows;
@@ -74,8 +82,18 @@ public:
     std::unique_ptr<FolderReading> reading;
 
 private:
-    ListingPlatform& platform_;
+    InstalledPlatform& platform_;
+    const TextServices& text_;
 };
+
+/// A reader besides the installed one, for a test that makes it under some circumstance or ends it.
+std::unique_ptr<LinuxFolderReader> makeReader(InstalledPlatform& platform, std::size_t changedNamesLimit = 8192)
+{
+    const auto services = platform.services();
+    return std::make_unique<LinuxFolderReader>(
+        FolderServices{services.mainQueue, services.log, services.text, services.types, services.files, services.cloud},
+        changedNamesLimit);
+}
 
 class FolderReaderTest : public testing::Test {
 protected:
@@ -85,8 +103,9 @@ protected:
         std::vector<std::string> names;
         for (const auto& item : fs::directory_iterator(folder.path()))
             names.push_back(item.path().filename());
-        std::sort(names.begin(), names.end(),
-                  [&](const auto& left, const auto& right) { return platform.text.compareNames(left, right) < 0; });
+        const auto& text = platform::installed().text;
+        std::ranges::sort(names,
+                          [&](const auto& left, const auto& right) { return text.compareNames(left, right) < 0; });
         return names;
     }
 
@@ -101,22 +120,22 @@ protected:
         ASSERT_FALSE(writePlaceholder(logical, record));
     }
 
-    ListingPlatform platform;
-    TemporaryDrive& drive = platform.drive;
+    InstalledPlatform platform;
+    const TemporaryDrive& drive = platform.drive;
 };
 
 TEST_F(FolderReaderTest, ListsItemsOfEveryKindInNaturalOrderWithTheirAttributes)
 {
-    drive.tree("F/Folder/ F/Slides.deck/ F/Link->Folder F/.hidden F/.config/");
+    drive.tree("F/Folder/ F/Slides.lookbook/ F/Link->Folder F/.hidden F/.config/");
     drive.file("F/File 10.txt");
     drive.file("F/File 9.txt", "1234");
     Follower list(platform, drive.url("F"));
     ASSERT_TRUE(list.waitUntilComplete());
-    EXPECT_THAT(list.names(), ElementsAre("File 9.txt", "File 10.txt", "Folder", "Link", "Slides.deck"));
+    EXPECT_THAT(list.names(), ElementsAre("File 9.txt", "File 10.txt", "Folder", "Link", "Slides.lookbook"));
     EXPECT_EQ(list.entry("File 9.txt").size, 4);
     EXPECT_GT(list.entry("File 9.txt").modificationTime, 0);
     EXPECT_EQ(list.entry("Folder").kind, EntryKind::Folder);
-    EXPECT_EQ(list.entry("Slides.deck").kind, EntryKind::Package);
+    EXPECT_EQ(list.entry("Slides.lookbook").kind, EntryKind::Package);
     EXPECT_EQ(list.entry("Link").kind, EntryKind::Link);
 }
 
@@ -153,7 +172,7 @@ TEST_F(FolderReaderTest, FailsWithTheReasonAndNeverAsAnEmptyFolder)
     drive.file("File");
     for (const auto* const name : {"File", "Nothing"}) {
         Follower list(platform, drive.url(name));
-        ASSERT_TRUE(platform.waitUntil([&] { return list.failure.has_value(); }));
+        ASSERT_TRUE(platform.runUntil([&] { return list.failure.has_value(); }));
         EXPECT_FALSE(list.isComplete);
         EXPECT_THAT(list.failure->description, HasSubstr(name));
     }
@@ -167,9 +186,9 @@ TEST(FolderReaderPermissionTest, FailsForAFolderThatMayNotBeRead)
     fs::permissions(drive.url().path(), fs::perms::all);
     fs::permissions(folder.path(), fs::perms::owner_exec);
     const auto refused = [&] {
-        ListingPlatform platform;
+        InstalledPlatform platform;
         Follower list(platform, folder);
-        return platform.waitUntil([&] { return list.failure.has_value(); }) && !list.isComplete &&
+        return platform.runUntil([&] { return list.failure.has_value(); }) && !list.isComplete &&
                list.failure->code == ErrorCode::kReadNoPermission;
     };
     const auto child = ::fork();
@@ -192,10 +211,10 @@ TEST_F(FolderReaderTest, FollowsWhatOtherProgramsDo)
     drive.folder("F/Sub");
     drive.file("F/.hidden");
     for (auto* follower : {&list, &second}) {
-        EXPECT_TRUE(platform.waitUntil([&] {
+        EXPECT_TRUE(platform.runUntil([&] {
             return follower->names() == std::vector<std::string>{"Grows", "New", "Sub"};
         }));
-        EXPECT_TRUE(platform.waitUntil([&] { return follower->entry("Grows").size == 5; }));
+        EXPECT_TRUE(platform.runUntil([&] { return follower->entry("Grows").size == 5; }));
     }
 }
 
@@ -219,18 +238,18 @@ TEST_F(FolderReaderTest, EqualsTheFolderAfterABurstOfChanges)
     });
     other.join();
     const auto expected = onDisk(folder);
-    EXPECT_TRUE(platform.waitUntil([&] { return list.isComplete && list.names() == expected; }));
+    EXPECT_TRUE(platform.runUntil([&] { return list.isComplete && list.names() == expected; }));
 }
 
-TEST(FolderReaderOverflowTest, ReadsTheFolderAnewWhenMoreHasChangedThanIsKept)
+TEST_F(FolderReaderTest, ReadsTheFolderAnewWhenMoreHasChangedThanIsKept)
 {
-    ListingPlatform platform(10);
-    platform.drive.file("F/first");
-    Follower list(platform, platform.drive.url("F"));
+    const auto reader = makeReader(platform, 10);
+    drive.file("F/first");
+    Follower list(platform, drive.url("F"), *reader);
     ASSERT_TRUE(list.waitUntilComplete());
     for (int number = 0; number < 300; ++number)
-        platform.drive.file("F/" + std::to_string(number), "x");
-    ASSERT_TRUE(platform.waitUntil([&] { return list.rows.size() == 301 && list.entry("299").size == 1; }));
+        drive.file("F/" + std::to_string(number), "x");
+    ASSERT_TRUE(platform.runUntil([&] { return list.rows.size() == 301 && list.entry("299").size == 1; }));
     EXPECT_GT(list.replacements, 0);
 }
 
@@ -251,8 +270,8 @@ TEST_F(FolderReaderTest, TellsOnceThatTheFolderOrOneAboveItIsGone)
         Follower list(platform, folder);
         ASSERT_TRUE(list.waitUntilComplete());
         way();
-        ASSERT_TRUE(platform.waitUntil([&] { return list.removals > 0; })) << path;
-        platform.mainQueue().runReady();
+        ASSERT_TRUE(platform.runUntil([&] { return list.removals > 0; })) << path;
+        DispatchQueue::main().runReady();
         EXPECT_EQ(list.removals, 1) << path;
     }
 }
@@ -264,7 +283,7 @@ TEST_F(FolderReaderTest, StaysWithAFolderThatMovedAndCameBack)
     fs::rename(drive.url("F").path(), drive.url("G").path());
     fs::rename(drive.url("G").path(), drive.url("F").path());
     drive.file("F/New");
-    EXPECT_TRUE(platform.waitUntil([&] { return !list.rows.empty(); }));
+    EXPECT_TRUE(platform.runUntil([&] { return !list.rows.empty(); }));
     EXPECT_EQ(list.removals, 0);
 }
 
@@ -286,31 +305,32 @@ TEST_F(FolderReaderTest, ListsPlaceholdersAsTheDocumentsThatTheyStandFor)
     // Downloaded, evicted, and deleted in the cloud.
     drive.file("F/Cloud", "12");
     fs::remove(placeholderURL(drive.url("F/Cloud")).path());
-    EXPECT_TRUE(platform.waitUntil([&] { return list.entry("Cloud").size == 2; }));
+    EXPECT_TRUE(platform.runUntil([&] { return list.entry("Cloud").size == 2; }));
     placeholder(drive.url("F/Cloud"), 300);
     fs::remove(drive.url("F/Cloud").path());
-    EXPECT_TRUE(platform.waitUntil([&] { return list.entry("Cloud").size == 300; }));
+    EXPECT_TRUE(platform.runUntil([&] { return list.entry("Cloud").size == 300; }));
     fs::remove(placeholderURL(drive.url("F/Cloud")).path());
-    EXPECT_TRUE(platform.waitUntil([&] { return list.names() == std::vector<std::string>{"Both"}; }));
+    EXPECT_TRUE(platform.runUntil([&] { return list.names() == std::vector<std::string>{"Both"}; }));
 }
 
 TEST_F(FolderReaderTest, FetchesDetailsOfWhatIsLookedAt)
 {
     drive.tree("F/Sub/a F/Sub/b F/Sub/.hidden");
-    drive.file("F/Slides.deck/one/part", "12345");
-    drive.file("F/Slides.deck/.index", "123");
+    drive.file("F/Slides.lookbook/one/part", "12345");
+    drive.file("F/Slides.lookbook/.index", "123");
     drive.file("F/Alias.desktop", "[Desktop Entry]\nType=Link\nURL=file:///\n");
     placeholder(drive.url("F/Sub/b"), 1);
     placeholder(drive.url("F/Sub/c"), 1);
-    platform.cloud.tagsOfAll = {"Red"};
+    const bool keepsTags = !setExtendedAttribute(drive.url("F/Sub"), kTagAttribute, "Red");
     Follower list(platform, drive.url("F"));
     ASSERT_TRUE(list.waitUntilComplete());
-    list.reading->fetchDetails({drive.url("F/Sub"), drive.url("F/Slides.deck"), drive.url("F/Alias.desktop")});
+    list.reading->fetchDetails({drive.url("F/Sub"), drive.url("F/Slides.lookbook"), drive.url("F/Alias.desktop")});
     EXPECT_TRUE(list.reading->isFetchingDetails());
-    ASSERT_TRUE(platform.waitUntil([&] { return !list.reading->isFetchingDetails(); }));
+    ASSERT_TRUE(platform.runUntil([&] { return !list.reading->isFetchingDetails(); }));
     EXPECT_EQ(list.details[drive.url("F/Sub")].itemCount, 3U);
-    EXPECT_THAT(list.details[drive.url("F/Sub")].tags, ElementsAre("Red"));
-    EXPECT_EQ(list.details[drive.url("F/Slides.deck")].packageSize, 8U);
+    EXPECT_EQ(list.details[drive.url("F/Sub")].tags.size(), keepsTags ? 1U : 0U)
+        << "as far as the file system keeps it";
+    EXPECT_EQ(list.details[drive.url("F/Slides.lookbook")].packageSize, 8U);
     EXPECT_TRUE(list.details[drive.url("F/Alias.desktop")].isAliasFile);
 }
 
@@ -320,16 +340,17 @@ TEST_F(FolderReaderTest, LooksAtAFolderNowAndThenWhenItCannotBeWatched)
     ::getrlimit(RLIMIT_NOFILE, &usual);
     const rlimit none{0, usual.rlim_max};
     ::setrlimit(RLIMIT_NOFILE, &none);
-    platform.makeReader(); // no descriptor is left for inotify
+    const auto reader = makeReader(platform); // no descriptor is left for inotify
     ::setrlimit(RLIMIT_NOFILE, &usual);
 
-    Follower list(platform, drive.folder("F"));
-    ASSERT_TRUE(list.waitUntilComplete());
+    Follower grown(platform, drive.folder("Grown"), *reader);
+    Follower gone(platform, drive.folder("Gone"), *reader);
+    ASSERT_TRUE(grown.waitUntilComplete() && gone.waitUntilComplete());
     EXPECT_THAT(platform.log->lines(), Contains(HasSubstr("No watch left for folder")));
-    drive.file("F/New");
-    EXPECT_TRUE(platform.waitUntil([&] { return list.names() == std::vector<std::string>{"New"}; }));
-    fs::remove_all(drive.url("F").path());
-    EXPECT_TRUE(platform.waitUntil([&] { return list.removals == 1; }));
+    drive.file("Grown/New");
+    fs::remove(drive.url("Gone").path());
+    EXPECT_TRUE(platform.runUntil([&] { return !grown.rows.empty() && gone.removals > 0; }));
+    EXPECT_THAT(grown.names(), ElementsAre("New"));
 }
 
 // At every moment of a reading: before it begins, half-way, while changes and details come.
@@ -337,29 +358,30 @@ TEST_F(FolderReaderTest, TellsNothingAfterItWasDestroyed)
 {
     for (int number = 0; number < 600; ++number)
         drive.file("F/Item " + std::to_string(number));
+    auto reader = makeReader(platform);
     bool isDestroyed = false;
     int toldTooLate = 0;
     const auto tell = [&] { toldTooLate += isDestroyed; };
     for (int round = 0; round < 150; ++round) {
         isDestroyed = false;
-        auto reading = platform.reader->read(drive.url("F"), {.firstRows = [&](FolderTable) { tell(); },
-                                                              .complete = [&](FolderTable) { tell(); },
-                                                              .changed = [&](const auto&) { tell(); },
-                                                              .replaced = [&](FolderTable) { tell(); },
-                                                              .failed = [&](const Error&) { tell(); },
-                                                              .removed = [&] { tell(); },
-                                                              .details = [&](const auto&, const auto&) { tell(); }});
+        auto reading = reader->read(drive.url("F"), {.firstRows = [&](FolderTable) { tell(); },
+                                                     .complete = [&](FolderTable) { tell(); },
+                                                     .changed = [&](const auto&) { tell(); },
+                                                     .replaced = [&](FolderTable) { tell(); },
+                                                     .failed = [&](const Error&) { tell(); },
+                                                     .removed = [&] { tell(); },
+                                                     .details = [&](const auto&, const auto&) { tell(); }});
         reading->fetchDetails({drive.url("F/Item 1"), drive.url("F/Item 2")});
         drive.file("F/Item 1", std::to_string(round));
         std::this_thread::sleep_for(std::chrono::microseconds(round * 50));
         if (round % 2)
-            platform.mainQueue().runReady();
+            DispatchQueue::main().runReady();
         reading.reset();
         isDestroyed = true;
-        platform.mainQueue().runReady();
+        DispatchQueue::main().runReady();
     }
-    platform.reader.reset(); // with readings begun and ended a moment ago
-    platform.mainQueue().runReady();
+    reader.reset(); // with readings begun and ended a moment ago
+    DispatchQueue::main().runReady();
     EXPECT_EQ(toldTooLate, 0);
 }
 
@@ -371,7 +393,7 @@ TEST_F(FolderReaderTest, SurvivesThatTheFolderVanishesWhileItIsRead)
         Follower list(platform, drive.url("F"));
         std::this_thread::sleep_for(std::chrono::microseconds(round * 20));
         fs::remove_all(drive.url("F").path());
-        EXPECT_TRUE(platform.waitUntil([&] { return list.failure || list.removals == 1; }));
+        EXPECT_TRUE(platform.runUntil([&] { return list.failure || list.removals == 1; }));
     }
 }
 
@@ -387,8 +409,8 @@ protected:
                                                      paths.push_back(hit.url.path().substr(folder.path().size() + 1));
                                              },
                                          .finished = [&] { finished = true; }};
-        const auto search = platform.reader->search(folder, query, client);
-        EXPECT_TRUE(platform.waitUntil([&] { return finished; }));
+        const auto search = platform.services().folders.search({folder}, query, client);
+        EXPECT_TRUE(platform.runUntil([&] { return finished; }));
         std::sort(paths.begin(), paths.end());
         return paths;
     }
@@ -396,18 +418,18 @@ protected:
 
 TEST_F(FolderSearchTest, FindsVisibleItemsAtAnyDepth)
 {
-    drive.tree("F/plan.txt F/Deep/er/PLAN F/Deep/other F/plan.deck/plan F/.plan F/.h/plan F/link-to-plan->Deep");
+    drive.tree("F/plan.txt F/Deep/er/PLAN F/Deep/other F/plan.lookbook/plan F/.plan F/.h/plan F/link-to-plan->Deep");
     drive.file("F/Deep/pla\u0301n");
     placeholder(drive.url("F/Deep/plan in the cloud"), 1);
     EXPECT_THAT(found(drive.url("F"), "Plan"), ElementsAre("Deep/er/PLAN", "Deep/plan in the cloud", "Deep/pla\u0301n",
-                                                           "link-to-plan", "plan.deck", "plan.txt"));
+                                                           "link-to-plan", "plan.lookbook", "plan.txt"));
     EXPECT_THAT(found(drive.url("Nothing"), "plan"), IsEmpty());
 }
 
 TEST_F(FolderSearchTest, ReachesTheBottomOfATreeDeeperThanAnyPath)
 {
-    constexpr int kDepth = 1000;
-    const std::string name(20, 'd');
+    constexpr int kDepth = 250;
+    const std::string name(80, 'd');
     FileDescriptor folder(::open(drive.folder("F").path().c_str(), O_RDONLY | O_DIRECTORY));
     for (int depth = 0; depth < kDepth; ++depth) {
         ASSERT_EQ(::mkdirat(folder.get(), name.c_str(), 0700), 0);
@@ -428,10 +450,10 @@ TEST_F(FolderSearchTest, EndsWhenItIsDestroyed)
         drive.file("F/" + std::to_string(number % 20) + "/Item " + std::to_string(number));
     for (int round = 0; round < 50; ++round) {
         std::unique_ptr<FolderSearch> search;
-        search = platform.reader->search(
-            drive.url("F"), "item",
+        search = platform.services().folders.search(
+            {drive.url("F")}, "item",
             {.found = [&](const auto&) { search.reset(); }, .finished = [&] { FAIL() << "after its end"; }});
-        EXPECT_TRUE(platform.waitUntil([&] { return !search; }));
+        EXPECT_TRUE(platform.runUntil([&] { return !search; }));
     }
 }
 

@@ -1,8 +1,7 @@
 #include "app/common/Log.h"
 #include "app/common/LogTest.h"
 #include "platform/log/StreamSink.h"
-#include "tests/support/LogCapture.h"
-#include "tests/support/LoggingPlatform.h"
+#include "tests/support/InstalledPlatform.h"
 
 #include <gmock/gmock.h>
 
@@ -18,22 +17,25 @@ using ::testing::SizeIs;
 
 class UnifiedLogTest : public ::testing::Test {
 protected:
+    UnifiedLogTest() { log.removeSink(capture); }
+
     /// Adds a sink as the program's command line would: private arguments hidden.
     std::shared_ptr<StreamSink> addStream(std::ostream& stream, LogLevel minimum)
     {
         auto sink = std::make_shared<StreamSink>(stream);
         sink->minimumLevel = minimum;
-        platform.log.addSink(sink);
+        log.addSink(sink);
         return sink;
     }
 
-    LoggingPlatform platform;
-    std::shared_ptr<LogCapture> capture = std::make_shared<LogCapture>();
+    InstalledPlatform platform;
+    UnifiedLog& log = platform.services().log;
+    std::shared_ptr<LogCapture> capture = platform.log;
 };
 
 TEST_F(UnifiedLogTest, WritesALineAtEachLevel)
 {
-    platform.log.addSink(capture);
+    log.addSink(capture);
 
     _TesselDriveLogTest();
 
@@ -57,11 +59,11 @@ class LogLevelTest : public UnifiedLogTest, public ::testing::WithParamInterface
 TEST_P(LogLevelTest, EnablesTheTypesAndTakesTheLevelsOfASink)
 {
     capture->minimumLevel = GetParam().minimum;
-    platform.log.addSink(capture);
+    log.addSink(capture);
 
-    EXPECT_EQ(platform.log.isEnabled(LogType::Debug), GetParam().debug);
-    EXPECT_EQ(platform.log.isEnabled(LogType::Default), GetParam().normal);
-    EXPECT_EQ(platform.log.isEnabled(LogType::Error), GetParam().error);
+    EXPECT_EQ(log.isEnabled(LogType::Debug), GetParam().debug);
+    EXPECT_EQ(log.isEnabled(LogType::Default), GetParam().normal);
+    EXPECT_EQ(log.isEnabled(LogType::Error), GetParam().error);
     _TesselDriveLogTest();
     EXPECT_THAT(capture->lines(), SizeIs(GetParam().lines));
 }
@@ -89,7 +91,7 @@ TEST_F(UnifiedLogTest, EvaluatesArgumentsOnlyWhenTheTypeIsEnabled)
     logAll();
     EXPECT_EQ(evaluated, 1);
 
-    platform.log.removeSink(sink);
+    log.removeSink(sink);
     logAll();
     EXPECT_EQ(evaluated, 1);
     EXPECT_FALSE(logLevelNamed("off"));
@@ -100,7 +102,7 @@ TEST_F(UnifiedLogTest, HidesWhatTellsAboutTheUser)
     TSD_FUNCTION("test");
     std::ostringstream stream;
     addStream(stream, LogLevel::Debug);
-    platform.log.addSink(capture);
+    log.addSink(capture);
     const auto url = URL::file("/home/ada/Secret.txt");
 
     TSD_INFO("'%@' '%{public}@' %s %s %d %u %lf %@ 100%%", url, url, std::string("Secret"), StaticText("static"), -1,
@@ -117,7 +119,7 @@ TEST_F(UnifiedLogTest, HidesWhatTellsAboutTheUser)
 TEST_F(UnifiedLogTest, NeverLetsAnArgumentForgeALine)
 {
     TSD_FUNCTION("test");
-    platform.log.addSink(capture);
+    log.addSink(capture);
 
     TSD_ERROR("'%s' %%d", std::string("a\n(TSD)[ERROR] main (1) \x1b[2J\r\x7f\xc2\x9b %d Übung"));
 
@@ -143,11 +145,11 @@ TEST_F(UnifiedLogTest, ChecksFormatsAgainstArguments)
 TEST_F(UnifiedLogTest, AnnouncesWhatTheUserDid)
 {
     TSD_FUNCTION("-[NavController pressedMove]");
-    platform.log.addSink(capture);
+    log.addSink(capture);
 
     TSD_USER_ACTION("Pressed Move");
 
-    EXPECT_EQ(platform.log.activityLabel(), "Pressed Move");
+    EXPECT_EQ(log.activityLabel(), "Pressed Move");
     EXPECT_THAT(capture->lines(),
                 ElementsAre("(TSD)[INFO] -[NavController pressedMove] (*) ================= Pressed Move"));
 }

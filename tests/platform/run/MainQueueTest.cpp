@@ -1,4 +1,4 @@
-#include "tests/support/LoggingPlatform.h"
+#include "tests/support/InstalledPlatform.h"
 
 #include <gmock/gmock.h>
 
@@ -17,7 +17,7 @@ protected:
         return [this, what] { ran.push_back(what); };
     }
 
-    LoggingPlatform platform;
+    InstalledPlatform platform;
     MainQueue& queue = DispatchQueue::main();
     std::vector<std::string> ran;
 };
@@ -47,7 +47,7 @@ TEST_F(MainQueueTest, RunsDelayedTasksAtTheirMomentAndInTheirOrder)
     queue.after(20, note("two"));
     queue.after(301, note("too late"));
 
-    turn(platform.clock, queue, 300);
+    platform.turn(300);
 
     EXPECT_THAT(ran, ElementsAre("15", "one", "two", "300"));
     EXPECT_EQ(queue.nextDue(), Clock::Ticks(std::chrono::seconds(301)));
@@ -72,7 +72,7 @@ TEST_F(MainQueueTest, NeverRunsACancelledTask)
     early.cancel();
     EXPECT_EQ(held.use_count(), 2);
 
-    turn(platform.clock, queue, 2);
+    platform.turn(2);
 
     EXPECT_THAT(ran, ElementsAre("itself"));
     EXPECT_EQ(held.use_count(), 1);

@@ -1,9 +1,11 @@
 #include "platform/ui/Application.h"
 
+#include "platform/base/NotificationCenter.h"
+#include "platform/ui/Device.h"
 #include "platform/ui/StateCoder.h"
 #include "platform/ui/ViewController.h"
 #include "platform/ui/Window.h"
-#include "tests/platform/ui/ScreenPlatform.h"
+#include "tests/support/InstalledPlatform.h"
 
 #include <gmock/gmock.h>
 
@@ -11,7 +13,6 @@ namespace tessel {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 using Events = std::vector<std::string>;
 
@@ -64,25 +65,17 @@ private:
     Events& events_;
 };
 
-class MemoryStore : public StateStore {
-public:
-    std::optional<Value::Dictionary> load() override { return kept; }
-    void save(const Value::Dictionary& state) override { kept = state; }
-
-    std::optional<Value::Dictionary> kept;
-};
-
 class ApplicationTest : public testing::Test {
 protected:
     Events take() { return std::exchange(events, {}); }
 
     Events events; // outlives the tasks that the queue still holds
-    ScreenPlatform platform;
+    InstalledPlatform platform;
     NotificationCenter::Observation active_ =
-        platform.notifications.observe(kDidBecomeActiveNotification, [this] { events.push_back("active"); });
-    NotificationCenter::Observation resigns_ =
-        platform.notifications.observe(kWillResignActiveNotification, [this] { events.push_back("resigns"); });
-    MemoryStore store;
+        platform.services().notifications.observe(kDidBecomeActiveNotification, [this] { events.push_back("active"); });
+    NotificationCenter::Observation resigns_ = platform.services().notifications.observe(
+        kWillResignActiveNotification, [this] { events.push_back("resigns"); });
+    StateStore& store = platform.stateStore();
     Delegate delegate{events};
 };
 
@@ -105,20 +98,20 @@ TEST_F(ApplicationTest, KeepsNoStateWhenTheDelegateDeclines)
     Application application(delegate, store);
     application.launch({});
     application.resignActive();
-    EXPECT_FALSE(store.kept);
-    store.kept = Value::Dictionary{{"Root", Value::Dictionary{}}};
+    EXPECT_FALSE(store.load());
+    store.save({{"Root", Value::Dictionary{}}});
     take();
     application.launch({});
     EXPECT_THAT(take(), ElementsAre("will finish", "root loaded", "did finish", "active"));
 }
 
-TEST_F(ApplicationTest, BecomesAndResignsActiveOnlyOnceEach)
+TEST_F(ApplicationTest, TellsEachReturnToTheScreenAndResignsOnce)
 {
     Application application(delegate, store);
     application.launch({});
     take();
     application.becomeActive();
-    EXPECT_THAT(take(), IsEmpty());
+    EXPECT_THAT(take(), ElementsAre("active"));
     application.resignActive();
     application.resignActive();
     application.becomeActive();
@@ -129,7 +122,7 @@ TEST_F(ApplicationTest, ResizesTheKeyWindowWithTheScreen)
 {
     Application application(delegate, store);
     application.launch({});
-    platform.device.setScreenBounds({0, 0, 800, 600});
+    platform.services().device.setScreenBounds({0, 0, 800, 600});
     EXPECT_EQ(delegate.window->frame, (Rect{0, 0, 800, 600}));
 }
 

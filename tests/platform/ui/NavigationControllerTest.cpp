@@ -1,5 +1,6 @@
 #include "platform/ui/NavigationController.h"
-#include "tests/platform/ui/ScreenPlatform.h"
+#include "platform/run/MainQueue.h"
+#include "tests/support/InstalledPlatform.h"
 
 #include <gmock/gmock.h>
 
@@ -63,12 +64,12 @@ protected:
     /// What happened once the main queue has run.
     Events happened()
     {
-        platform.mainQueue.runReady();
+        DispatchQueue::main().runReady();
         return take();
     }
 
     Events events; // outlives the tasks that the queue still holds
-    ScreenPlatform platform;
+    InstalledPlatform platform;
     Witness witness{events};
     std::shared_ptr<NavigationController> navigation = std::make_shared<NavigationController>();
 };
