@@ -144,8 +144,8 @@ TEST_F(FileManagerTest, StopsWhenItIsToldTo)
 // Deeper than a path may be long, with few descriptors left.
 TEST_F(FileManagerTest, ReadsATreeOfAnyDepth)
 {
-    constexpr int kDepth = 700;
-    const std::string name(10, 'd');
+    constexpr int kDepth = 200;
+    const std::string name(60, 'd');
     int folder = ::open(drive.url().path().c_str(), O_RDONLY | O_DIRECTORY);
     for (int depth = 0; depth < kDepth; ++depth) {
         ASSERT_EQ(::mkdirat(folder, name.c_str(), 0700), 0);
