@@ -3,6 +3,7 @@
 #include "platform/base/NotificationCenter.h"
 #include "platform/linux/StartFolders.h"
 #include "platform/linux/cloud/LocalCloudService.h"
+#include "platform/linux/files/AtomicFile.h"
 #include "platform/linux/files/FileStateStore.h"
 #include "platform/linux/files/FileUserDefaults.h"
 #include "platform/linux/files/LinuxFolderReader.h"
@@ -58,6 +59,7 @@ Result<std::unique_ptr<LinuxPlatform>> LinuxPlatform::create(const LinuxPlatform
     const auto home = homeFolder(options.home);
     if (!home)
         return home.error();
+    removeAbandonedTemporaryFiles(*home);
     std::optional<URL> drive;
     if (options.drive) {
         const auto folder = driveFolder(*options.drive);

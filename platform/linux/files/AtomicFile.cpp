@@ -6,13 +6,18 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 
 namespace tessel {
 
 namespace {
+
+namespace fs = std::filesystem;
 
 bool writeAll(int descriptor, std::string_view bytes)
 {
@@ -26,11 +31,14 @@ bool writeAll(int descriptor, std::string_view bytes)
     return true;
 }
 
+constexpr std::string_view kTemporaryPrefix = ".tsd-temporary-";
+constexpr auto kLongestWrite = std::chrono::minutes(1);
+
 // A file under a name of its own, removed again unless it was renamed into place.
 class TemporarySibling {
 public:
     explicit TemporarySibling(const URL& url)
-        : path_(url.deletingLastPathComponent().appending(".tsd-temporary-XXXXXX").path()),
+        : path_(url.deletingLastPathComponent().appending(std::string(kTemporaryPrefix) + "XXXXXX").path()),
           descriptor_(::mkostemp(path_.data(), O_CLOEXEC)), exists_(descriptor_.isOpen())
     {
     }
@@ -60,10 +68,9 @@ private:
     bool exists_;
 };
 
-// Fills the buffer up to the end of the file; none after an error.
-std::optional<std::size_t> readAll(int descriptor, std::string& buffer)
+// Fills the buffer from a place on, up to the end of the file; none after an error.
+std::optional<std::size_t> readAll(int descriptor, std::string& buffer, std::size_t length)
 {
-    std::size_t length = 0;
     while (length < buffer.size()) {
         const auto count = ::read(descriptor, buffer.data() + length, buffer.size() - length);
         if (count == 0)
@@ -95,17 +102,37 @@ std::optional<Error> writeFileAtomically(const URL& url, std::string_view bytes)
     return errorNumber == 0 ? std::nullopt : std::optional(errnoError(errorNumber, url));
 }
 
+void removeAbandonedTemporaryFiles(const URL& folder)
+{
+    std::error_code ended;
+    for (fs::directory_iterator entry(folder.path(), ended); !ended && entry != fs::directory_iterator();
+         entry.increment(ended)) {
+        if (!entry->path().filename().native().starts_with(kTemporaryPrefix))
+            continue;
+        std::error_code ignored;
+        const auto written = entry->last_write_time(ignored);
+        if (!ignored && written < fs::file_time_type::clock::now() - kLongestWrite)
+            ::unlink(entry->path().c_str());
+    }
+}
+
 Result<std::string> readSmallFile(const URL& url, std::size_t limit)
 {
     const FileDescriptor descriptor(::open(url.path().c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     struct stat status = {};
+    if (!descriptor.isOpen() && errno == ENXIO) // a socket
+        return errnoError(EINVAL, url);
     if (!descriptor.isOpen() || ::fstat(descriptor.get(), &status) != 0)
         return errnoError(errno, url);
     if (!S_ISREG(status.st_mode))
         return errnoError(EINVAL, url);
-    // One byte more than allowed shows that a file is too long, even one that grows.
-    std::string content(limit + 1, '\0');
-    const auto length = readAll(descriptor.get(), content);
+    // One byte more shows that the file has grown since; one more than allowed, that it is too long.
+    std::string content(std::min(static_cast<std::size_t>(status.st_size), limit) + 1, '\0');
+    auto length = readAll(descriptor.get(), content, 0);
+    if (length == content.size() && *length <= limit) {
+        content.resize(limit + 1);
+        length = readAll(descriptor.get(), content, *length);
+    }
     if (!length)
         return errnoError(errno, url);
     if (*length > limit)

@@ -15,8 +15,12 @@ namespace tessel {
 /// new content in place, though not surely on disk.
 [[nodiscard]] std::optional<Error> writeFileAtomically(const URL&, std::string_view bytes);
 
+/// Removes what writeFileAtomically left in a folder when it was killed: its temporary files that are older than a
+/// minute. A younger one may still be in use.
+void removeAbandonedTemporaryFiles(const URL& folder);
+
 /// The content of a regular file. Anything else, a pipe included, is an error at once and never waited for.
-/// @param limit bytes; a longer file is an error (EFBIG)
+/// @param limit bytes; a longer file is an error (EFBIG), what is no regular file another (EINVAL)
 Result<std::string> readSmallFile(const URL&, std::size_t limit);
 
 } // namespace tessel
