@@ -1,5 +1,6 @@
 #include "platform/linux/cloud/DrivePreparation.h"
 
+#include "platform/linux/base/ErrnoError.h"
 #include "platform/linux/cloud/ContainerDeclaration.h"
 #include "platform/linux/cloud/ExampleDrive.h"
 #include "platform/linux/cloud/LocalCloudService.h"
@@ -10,12 +11,16 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <chrono>
 #include <filesystem>
 #include <system_error>
 
 namespace tessel {
 
 namespace {
+
+constexpr std::chrono::seconds kLockLimit(30); // the example drive on a slow disk
 
 // A link counts itself: what it leads to may be not mounted.
 bool exists(const URL& url)
@@ -49,8 +54,8 @@ public:
         auto drive = opened();
         if (drive && isComplete(*drive))
             return drive;
-        const FolderLock lock(options_.home);
-        return made();
+        const FolderLock lock(options_.home, kLockLimit);
+        return lock.isHeldElsewhere() ? heldElsewhere() : made();
     }
 
 private:
@@ -74,6 +79,13 @@ private:
     {
         return options_.drive || drive.containers.size() > 1 ||
                (drive.containers.size() == 1 && librariesInFolder(root_).empty());
+    }
+
+    [[nodiscard]] Error heldElsewhere() const
+    {
+        auto error = errnoError(EBUSY, options_.home);
+        error.description = "Another instance is still preparing the folder: " + options_.home.path();
+        return error;
     }
 
     // Under the lock; another instance may have made everything meanwhile.

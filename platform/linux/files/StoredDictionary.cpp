@@ -24,22 +24,32 @@ Result<Value::Dictionary> unarchivedDictionary(std::string_view text)
     return Error{Domain::General, ErrorCode::kReadCorrupt, "The stored values cannot be read.", "They are damaged"};
 }
 
+// Damaged, too long or no regular file; anything else (no rights, no descriptors, a failing disk) may pass.
+bool isUseless(const Error& error)
+{
+    return error == Error{Domain::General, ErrorCode::kReadCorrupt, {}, {}} ||
+           (error.domain == Domain::System && (error.code == EFBIG || error.code == EINVAL));
+}
+
 } // namespace
 
 std::optional<Value::Dictionary> StoredDictionary::load() const
 {
     const auto text = readSmallFile(file_, kMaximumSize);
+    unreadable_.reset();
     if (!text && text.error() == Error{Domain::General, ErrorCode::kNoSuchFile, {}, {}})
         return std::nullopt;
     const auto dictionary = text ? unarchivedDictionary(*text) : text.error();
     if (dictionary)
         return *dictionary;
-    setFileAside(dictionary.error());
+    keepOrSetAside(dictionary.error());
     return std::nullopt;
 }
 
 std::optional<Error> StoredDictionary::store(const Value::Dictionary& dictionary) const
 {
+    if (unreadable_)
+        return unreadable_;
     const auto text = keyedArchive::archived(dictionary);
     if (const auto stored = readSmallFile(file_, kMaximumSize); stored && *stored == text)
         return std::nullopt;
@@ -49,8 +59,13 @@ std::optional<Error> StoredDictionary::store(const Value::Dictionary& dictionary
     return error;
 }
 
-void StoredDictionary::setFileAside(const Error& reason) const
+void StoredDictionary::keepOrSetAside(const Error& reason) const
 {
+    if (!isUseless(reason)) {
+        unreadable_ = reason;
+        log_.write(LogLevel::Error, "Cannot read %@, leaving it as it is: %@", file_, reason);
+        return;
+    }
     log_.write(LogLevel::Error, "Cannot read %@, setting it aside: %@", file_, reason);
     if (const auto error = setAside(file_))
         log_.write(LogLevel::Error, "Cannot set %@ aside: %@", file_, error);

@@ -15,21 +15,25 @@ class StoredDictionary {
 public:
     StoredDictionary(URL file, UnifiedLog& log) : file_(std::move(file)), log_(log) {}
 
-    /// None when nothing was stored yet. A file that cannot be read, or is longer than 1 MiB, is set aside (see
-    /// setAside) and logged, and none is answered.
+    /// None when nothing was stored yet. A file that is damaged, longer than 1 MiB or no regular file is set aside (see
+    /// setAside) and logged, and none is answered. One that cannot be read for another reason may be sound: it stays,
+    /// is logged, and none is answered.
     [[nodiscard]] std::optional<Value::Dictionary> load() const;
+    /// False after a load that failed though the file may be sound, until one succeeds.
+    [[nodiscard]] bool isReadable() const { return !unreadable_; }
 
     /// On disk when it returns without an error; after one the former content is there. Logged as well. What is stored
-    /// already is not written again.
+    /// already is not written again, and a file that is not readable is not written over.
     std::optional<Error> store(const Value::Dictionary&) const;
 
     [[nodiscard]] const URL& file() const { return file_; }
 
 private:
-    void setFileAside(const Error& reason) const;
+    void keepOrSetAside(const Error& reason) const;
 
     const URL file_;
     UnifiedLog& log_;
+    mutable std::optional<Error> unreadable_; // why the last load failed
 };
 
 } // namespace tessel

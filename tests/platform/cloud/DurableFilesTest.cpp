@@ -1,16 +1,20 @@
+#include "platform/linux/files/AtomicFile.h"
 #include "platform/linux/files/FileStateStore.h"
 #include "platform/linux/files/FileUserDefaults.h"
+#include "platform/linux/files/FolderLock.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/ManualClock.h"
 #include "tests/support/TemporaryDrive.h"
 
 #include <gmock/gmock.h>
 
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <chrono>
 #include <csignal>
+#include <filesystem>
 #include <random>
 #include <thread>
 
@@ -34,6 +38,23 @@ protected:
     ManualClock clock;
     UnifiedLog log{clock};
     std::shared_ptr<LogCapture> lines = std::make_shared<LogCapture>();
+};
+
+/// As in a process that has every descriptor it may have in use.
+class NoMoreDescriptors {
+public:
+    NoMoreDescriptors()
+    {
+        EXPECT_EQ(::getrlimit(RLIMIT_NOFILE, &before_), 0);
+        const rlimit none{0, before_.rlim_max};
+        EXPECT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
+    }
+    ~NoMoreDescriptors() { EXPECT_EQ(::setrlimit(RLIMIT_NOFILE, &before_), 0); }
+    NoMoreDescriptors(const NoMoreDescriptors&) = delete;
+    NoMoreDescriptors& operator=(const NoMoreDescriptors&) = delete;
+
+private:
+    rlimit before_{};
 };
 
 [[noreturn]] void saveForEver(FileStateStore& store)
@@ -102,7 +123,43 @@ TEST_F(DurableFilesTest, DefaultsOfTwoProgramsDoNotUndoEachOther)
     EXPECT_TRUE(third.value("b").isNone());
 }
 
-// The disk is full, say: the user goes on with what was set, and it is written with the next change that can be.
+// A sound file that cannot be opened just now must neither be moved away nor be replaced by what little is known.
+TEST_F(DurableFilesTest, LeaveAFileThatCannotBeReadForNow)
+{
+    const auto file = folder.url("defaults.json");
+    FileUserDefaults(file, log).set("a", true);
+    FileUserDefaults defaults(file, log);
+    FileStateStore states(file, log);
+    {
+        const NoMoreDescriptors scope;
+        EXPECT_TRUE(defaults.value("a").isNone());
+        defaults.set("b", true);
+        EXPECT_FALSE(states.load());
+    }
+    states.save({});
+    EXPECT_THAT(lines->lines(), Contains(HasSubstr("leaving it as it is")));
+    EXPECT_EQ(FileUserDefaults(file, log).value("a"), Value(true));
+
+    defaults.set("c", true);
+    FileUserDefaults reread(file, log);
+    for (const auto* key : {"a", "b", "c"})
+        EXPECT_EQ(reread.value(key), Value(true)) << key;
+}
+
+TEST_F(DurableFilesTest, RemoveWhatAKilledWriterLeftButNotWhatAnotherIsWriting)
+{
+    folder.tree(".tsd-temporary-oldold .tsd-temporary-newnew .tsd-0123456789abcdef.cloud");
+    for (const auto* name : {".tsd-temporary-oldold", ".tsd-0123456789abcdef.cloud"})
+        std::filesystem::last_write_time(folder.url(name).path(),
+                                         std::filesystem::file_time_type::clock::now() - std::chrono::minutes(2));
+    removeAbandonedTemporaryFiles(folder.url());
+    EXPECT_FALSE(std::filesystem::exists(folder.url(".tsd-temporary-oldold").path()));
+    EXPECT_TRUE(std::filesystem::exists(folder.url(".tsd-temporary-newnew").path()));
+    EXPECT_TRUE(std::filesystem::exists(folder.url(".tsd-0123456789abcdef.cloud").path()));
+}
+
+// The disk is full, say, or another instance was stopped while it wrote: the user goes on with what was set, and it is
+// written with the next change that can be.
 TEST_F(DurableFilesTest, KeepAValueThatCannotBeWritten)
 {
     FileUserDefaults defaults(folder.url("later/defaults.json"), log);
@@ -111,9 +168,17 @@ TEST_F(DurableFilesTest, KeepAValueThatCannotBeWritten)
     EXPECT_THAT(lines->lines(), Contains(HasSubstr("Cannot write")));
 
     folder.folder("later");
-    defaults.set("b", true);
+    {
+        const FolderLock other(folder.url("later"), std::chrono::milliseconds::zero());
+        defaults.set("b", true);
+        EXPECT_EQ(defaults.value("b"), Value(true));
+        EXPECT_THAT(lines->lines(), Contains(HasSubstr("Another instance holds")));
+    }
+    EXPECT_FALSE(std::filesystem::exists(folder.url("later/defaults.json").path()));
+    defaults.set("c", true);
     FileUserDefaults reread(folder.url("later/defaults.json"), log);
     EXPECT_EQ(reread.value("a"), Value("kept"));
+    EXPECT_EQ(reread.value("b"), Value(true));
 }
 
 } // namespace tessel
