@@ -3,6 +3,7 @@
 #include "platform/run/MainQueue.h"
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
@@ -19,6 +20,44 @@ namespace {
 constexpr std::size_t kLongestLine = std::size_t{1} << 20U; ///< bytes
 constexpr std::size_t kUsualColumns = 80;
 
+constexpr std::array kEndSignals{SIGINT, SIGTERM, SIGHUP};
+
+static_assert(std::atomic<int>::is_always_lock_free, "a signal handler may use no other");
+std::atomic<bool> endIsAsked = false;
+std::atomic<int> endWakeUp = -1;
+
+void wake(int wakeUp)
+{
+    const std::uint64_t one = 1;
+    // It fails only when the counter is full, and then the wake-up is already on its way.
+    [[maybe_unused]] const auto written = ::write(wakeUp, &one, sizeof one);
+}
+
+// Runs on any thread. It writes to the wake-up because a wait of the main thread ends only for a signal of its own.
+extern "C" void askForTheEnd(int /*signal*/)
+{
+    const int errorNumber = errno;
+    endIsAsked = true;
+    for (const int signal : kEndSignals)
+        std::signal(signal, SIG_DFL);
+    wake(endWakeUp);
+    errno = errorNumber;
+}
+
+// A signal that the process was started with ignored (by nohup, say) stays ignored.
+void handleEndSignals(void (*handler)(int))
+{
+    for (const int signal : kEndSignals) {
+        struct sigaction action = {};
+        if (::sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN)
+            continue;
+        action = {};
+        action.sa_handler = handler;
+        action.sa_flags = SA_RESTART;
+        ::sigaction(signal, &action, nullptr);
+    }
+}
+
 timespec toTimespec(Clock::Ticks duration)
 {
     const auto seconds = std::chrono::floor<std::chrono::seconds>(duration);
@@ -31,16 +70,23 @@ TerminalLineSource::TerminalLineSource(MainQueue& queue, int input)
     : input_(input), wakeUp_(std::make_shared<FileDescriptor>(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)))
 {
     std::signal(SIGPIPE, SIG_IGN);
-    queue.setWakeHandler([wakeUp = wakeUp_] {
-        const std::uint64_t one = 1;
-        // It fails only when the counter is full, and then the wake-up is already on its way.
-        [[maybe_unused]] const auto written = ::write(wakeUp->get(), &one, sizeof one);
-    });
+    queue.setWakeHandler([wakeUp = wakeUp_] { wake(wakeUp->get()); });
+    endIsAsked = false;
+    endWakeUp = wakeUp_->get();
+    handleEndSignals(askForTheEnd);
+}
+
+TerminalLineSource::~TerminalLineSource()
+{
+    handleEndSignals(SIG_DFL);
+    endWakeUp = -1;
 }
 
 Input TerminalLineSource::next(std::optional<Clock::Ticks> timeout)
 {
     for (;;) {
+        if (endIsAsked)
+            return {Input::Kind::End, {}};
         if (auto input = takeLine())
             return std::move(*input);
         if (ended_)

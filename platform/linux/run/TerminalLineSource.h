@@ -12,12 +12,17 @@ class MainQueue;
 
 /// Lines from a file descriptor: a terminal, a pipe or a file. Lines hold any bytes, up to 1 MiB each; a last line
 /// without an end counts. From its making on, the process ignores SIGPIPE: a closed output is seen by its stream.
-/// Main thread only.
+/// While it lives, the first SIGINT, SIGTERM or SIGHUP is the end of the input, with lines not taken yet left out, so
+/// that the program can save its state; the next one ends the process. Main thread only; one at a time sees the
+/// signals.
 class TerminalLineSource final : public LineSource {
 public:
     /// Also becomes the queue's wake handler, so it is made before other threads run; they may outlive it.
     /// @param input stays the caller's
     TerminalLineSource(MainQueue& queue, int input);
+    ~TerminalLineSource() override;
+    TerminalLineSource(const TerminalLineSource&) = delete;
+    TerminalLineSource& operator=(const TerminalLineSource&) = delete;
 
     Input next(std::optional<Clock::Ticks> timeout) override;
     void waitForWake(Clock::Ticks timeout) override;

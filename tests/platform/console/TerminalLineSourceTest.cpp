@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 
 #include <array>
+#include <csignal>
 #include <thread>
 #include <unistd.h>
 
@@ -94,6 +95,25 @@ TEST_F(TerminalLineSourceTest, LeavesLinesAloneWhileItWaitsForAWakeUp)
     queue.async([] {});
     source.waitForWake(1h);
     EXPECT_EQ(line(), "one");
+}
+
+// The console saves its state at the end of the input; whoever asks twice does not want to wait for that. The signal
+// goes to another thread, as the kernel may choose to do.
+TEST_F(TerminalLineSourceTest, EndsAtTheFirstSignalAndTheProcessAtTheSecond)
+{
+    write("one\ntwo\n");
+    EXPECT_EQ(line(), "one");
+    std::thread([] { ::pthread_kill(::pthread_self(), SIGTERM); }).join();
+    EXPECT_EQ(kind(), Input::Kind::End);
+    EXPECT_EXIT(::raise(SIGINT), testing::KilledBySignal(SIGINT), "");
+}
+
+TEST_F(TerminalLineSourceTest, IsWokenByASignal)
+{
+    std::thread other([] { ::raise(SIGHUP); });
+    while (kind() == Input::Kind::Woken)
+        continue;
+    other.join();
 }
 
 } // namespace
