@@ -1,6 +1,5 @@
+#include "bench/BenchPlatform.h"
 #include "files/DRItem.h"
-#include "tests/support/ItemPlatform.h"
-#include "tests/support/TemporaryDrive.h"
 
 #include <benchmark/benchmark.h>
 
@@ -33,11 +32,11 @@ void askBarely(const char* path)
 }
 
 // Items made a second, and how many times longer one takes than the bare questions about the same file, both measured
-// in turns in the same run. Texts and tags cost next to nothing here: it is the item and its values that are measured.
+// in turns in the same run.
 void makeItems(benchmark::State& state)
 {
     TemporaryDrive drive;
-    ItemPlatform platform;
+    const BenchPlatform platform;
     const auto url = drive.file("Projects/2026/Plan.txt", "seven!!");
     Seconds item{}, bare{};
     for (auto _ : state) {

@@ -1,6 +1,6 @@
 #include "app/common/Log.h"
+#include "bench/BenchPlatform.h"
 #include "platform/log/StreamSink.h"
-#include "tests/support/LoggingPlatform.h"
 
 #include <benchmark/benchmark.h>
 
@@ -24,7 +24,7 @@ void logLines(benchmark::State& state)
 
 void lineThatIsOff(benchmark::State& state)
 {
-    LoggingPlatform platform;
+    BenchPlatform platform;
     logLines(state);
 }
 BENCHMARK(lineThatIsOff);
@@ -35,7 +35,7 @@ void lineBelowTheLevelOfItsSink(benchmark::State& state)
     std::ostream nowhere(nullptr);
     const auto sink = std::make_shared<StreamSink>(nowhere);
     sink->minimumLevel = LogLevel::Info;
-    LoggingPlatform platform;
+    BenchPlatform platform;
     platform.log.addSink(sink);
     logLines(state);
 }
@@ -44,7 +44,7 @@ BENCHMARK(lineBelowTheLevelOfItsSink);
 void lineThatGoesNowhere(benchmark::State& state)
 {
     std::ostream nowhere(nullptr);
-    LoggingPlatform platform;
+    BenchPlatform platform;
     platform.log.addSink(std::make_shared<StreamSink>(nowhere));
     logLines(state);
 }

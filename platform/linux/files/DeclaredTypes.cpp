@@ -15,7 +15,7 @@ constexpr DeclaredType kTypes[] = {
     {"public.folder", "public.item", "inode/directory", "", "Folder"},
     {"public.symlink", "public.item", "inode/symlink", "", "Symbolic link"},
     {"public.package", "public.item", "", "", "Package"},
-    {"public.alias-file", "public.data", "application/x-desktop", "desktop", "Alias"},
+    {"public.alias-file", "public.data", "", "", "Alias"},
     {"public.executable", "public.data", "application/x-executable", "", "Program"},
     {"public.contact", "public.content", "", "", "Contact"},
     {"public.calendar-event", "public.content", "", "", "Calendar event"},

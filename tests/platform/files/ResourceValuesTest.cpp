@@ -54,7 +54,7 @@ TEST_F(ResourceValuesTest, TellsTheTypeOfEveryKindOfItem)
 }
 
 // Known fault: the registry names every ".desktop" file an alias file by its extension.
-TEST_F(ResourceValuesTest, DISABLED_TakesNoProgramForAnAlias)
+TEST_F(ResourceValuesTest, TakesNoProgramForAnAlias)
 {
     const auto program = drive.file("Program.desktop", "[Desktop Entry]\nType=Application\n");
     EXPECT_NE(value(ResourceKey::TypeIdentifier, program), Value(std::string(TypeIdentifier::kAliasFile)));

@@ -1,14 +1,13 @@
 #pragma once
 
-#include "platform/base/Platform.h"
 #include "platform/linux/LinuxPlatform.h"
 #include "platform/log/UnifiedLog.h"
 #include "tests/support/TemporaryDrive.h"
 
 namespace tessel {
 
-/// What the benchmarks install: the platform over a folder of its own, with nobody who takes its log lines.
-class LoggingPlatform {
+/// What a benchmark installs: the platform over a folder of its own, with nobody who takes its log lines.
+class BenchPlatform {
     TemporaryDrive home_;
     std::unique_ptr<LinuxPlatform> platform_ =
         std::move(LinuxPlatform::create({home_.url().path(), home_.folder("drive").path(), nullptr, "en"}).value());
