@@ -62,6 +62,7 @@ LocalCloudService::LocalCloudService(const CloudOptions& options, std::unique_pt
     if (options.drive)
         defaultContainer.documentsURL = *options.drive;
     add(std::move(defaultContainer));
+    (void)identityToken();
     if (options.drive)
         return;
     for (const auto& container : containers)
@@ -77,11 +78,14 @@ void LocalCloudService::add(CloudContainer container)
 
 std::optional<Data> LocalCloudService::identityToken() const
 {
+    const std::lock_guard lock(mutex_);
     const auto token = catalog_->identityToken();
     if (token)
-        return *token;
-    options_.log.write(LogLevel::Error, "Cannot read who is signed in: %@", token.error());
-    return std::nullopt;
+        lastToken_ = *token;
+    else if (isReadable_)
+        options_.log.write(LogLevel::Error, "Cannot read who is signed in: %@", token.error());
+    isReadable_ = static_cast<bool>(token);
+    return lastToken_;
 }
 
 std::optional<Error> LocalCloudService::signIn(const std::string& accountName)
@@ -89,17 +93,28 @@ std::optional<Error> LocalCloudService::signIn(const std::string& accountName)
     auto error = refusalOfName(accountName);
     if (!error)
         error = catalog_->signIn(accountName);
-    if (!error)
+    if (!error) {
+        forgetToken();
         announceIdentityChange();
+    }
     return error;
 }
 
 std::optional<Error> LocalCloudService::signOut()
 {
     auto error = catalog_->signOut();
-    if (!error)
+    if (!error) {
+        forgetToken();
         announceIdentityChange();
+    }
     return error;
+}
+
+// Of an account that is no longer the one signed in.
+void LocalCloudService::forgetToken()
+{
+    const std::lock_guard lock(mutex_);
+    lastToken_.reset();
 }
 
 std::optional<Error> LocalCloudService::refusalOfName(const std::string& accountName) const

@@ -38,6 +38,7 @@ class LocalCloudService final : public CloudService {
 public:
     static Result<std::unique_ptr<LocalCloudService>> open(const CloudOptions&);
 
+    /// The last known one while the catalogue cannot be read.
     [[nodiscard]] std::optional<Data> identityToken() const override;
     /// Refuses an empty name, one of more than 255 bytes, and one with control characters, by a formatting error
     /// (2048).
@@ -68,10 +69,14 @@ private:
     [[nodiscard]] URL withFolderResolved(const URL&) const;
     [[nodiscard]] std::optional<Error> refusalOfName(const std::string& accountName) const;
     void announceIdentityChange();
+    void forgetToken();
 
     const CloudOptions options_;
     const std::unique_ptr<Catalog> catalog_;
-    std::vector<Place> places_; ///< the default container first; fixed once made
+    mutable std::mutex mutex_;              ///< of the two that follow
+    mutable std::optional<Data> lastToken_; ///< as it was read last
+    mutable bool isReadable_ = true;        ///< false after the catalogue could not be read, until it can again
+    std::vector<Place> places_;             ///< the default container first; fixed once made
 };
 
 } // namespace tessel
