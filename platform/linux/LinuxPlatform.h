@@ -22,8 +22,9 @@ struct LinuxPlatformOptions {
 /// may use one home at the same time.
 class LinuxPlatform {
 public:
-    /// @returns an error whose description is one line for the user: the home cannot be made or written, or the drive
-    ///          is no folder that can be read
+    /// @returns an error whose description is one line for the user: the home cannot be made or used, or the drive is
+    /// no
+    ///          folder that can be read
     static Result<std::unique_ptr<LinuxPlatform>> create(const LinuxPlatformOptions&);
 
     ~LinuxPlatform();

@@ -48,6 +48,15 @@ bool isAllowed(const URL& folder, int mode)
     return ::faccessat(AT_FDCWD, folder.path().c_str(), mode, AT_EACCESS) == 0;
 }
 
+// Leaves errno as it was.
+bool isPreparedHome(const URL& folder)
+{
+    const int errorNumber = errno;
+    const bool isPrepared = isAllowed(folder, R_OK | X_OK) && isAllowed(folder.appending("catalog.sqlite"), R_OK);
+    errno = errorNumber;
+    return isPrepared;
+}
+
 // Stops at the first folder that cannot be made; one that is there already is none of those.
 bool makeFolders(const std::string& path)
 {
@@ -68,7 +77,7 @@ Result<URL> homeFolder(const std::string& given)
     if (!makeFolders(path))
         return failureWithReason(errno, path, "Cannot make the folder");
     auto folder = resolvedFolder(path);
-    if (folder && !isAllowed(*folder, R_OK | W_OK | X_OK))
+    if (folder && !isAllowed(*folder, R_OK | W_OK | X_OK) && !isPreparedHome(*folder))
         return failureWithReason(errno, path, "Cannot write to the folder");
     return folder;
 }

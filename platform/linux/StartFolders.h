@@ -11,7 +11,7 @@ namespace tessel {
 
 /// Makes the folder and its parents (mode 0700) when they are missing.
 /// @param path empty: "tesseldrive" in the user's data folder
-/// @returns an error when it cannot be made or written
+/// @returns an error when it cannot be made, or neither be written nor read as the home of an earlier start
 Result<URL> homeFolder(const std::string& path);
 
 /// @returns an error for what is no folder, or one that cannot be read

@@ -41,14 +41,27 @@ std::vector<std::string> unarchivedList(std::string_view text)
     return value ? textList(*value) : std::vector<std::string>();
 }
 
+bool mayBeReadAtLeast(const Error& error)
+{
+    return error == Error{Domain::General, ErrorCode::kReadNoPermission, {}, {}} ||
+           (error.domain == Domain::System && error.code != EBUSY);
+}
+
 } // namespace
 
 Catalog::Opened Catalog::open(const URL& file, const URL& syncedRoot)
 {
-    auto database = Database::open(file, Database::Missing::Fail);
+    auto catalog = checked(Database::open(file, Database::Missing::Fail), file, syncedRoot);
+    if (catalog || !mayBeReadAtLeast(catalog.error()))
+        return catalog;
+    return checked(Database::openWithoutChanges(file, catalog.error()), file, syncedRoot);
+}
+
+Catalog::Opened Catalog::checked(Result<Database> database, const URL& file, const URL& syncedRoot)
+{
     if (!database)
         return database.error();
-    std::unique_ptr<Catalog> catalog(new Catalog(std::move(database.value()), syncedRoot));
+    std::unique_ptr<Catalog> catalog(new Catalog(std::move(database.value()), file, syncedRoot));
     const int version = catalog->schemaVersion();
     if (version < 0)
         return catalog->database_.lastError();
@@ -66,10 +79,19 @@ Catalog::Opened Catalog::make(const URL& file, const URL& syncedRoot, const std:
     auto database = Database::open(file, Database::Missing::Create);
     if (!database)
         return database.error();
-    std::unique_ptr<Catalog> catalog(new Catalog(std::move(database.value()), syncedRoot));
+    std::unique_ptr<Catalog> catalog(new Catalog(std::move(database.value()), file, syncedRoot));
     if (auto error = catalog->makeSchema(firstAccount))
         return *std::move(error);
     return catalog;
+}
+
+// There may be room again by now; if not, the change fails with the reason.
+void Catalog::prepareForChange()
+{
+    if (database_.canChange())
+        return;
+    if (auto changeable = checked(Database::open(file_, Database::Missing::Fail), file_, syncedRoot_))
+        database_ = std::move(changeable.value()->database_);
 }
 
 int Catalog::schemaVersion() const
@@ -115,6 +137,7 @@ std::shared_ptr<const CloudContainer> Catalog::containerIn(const Statement& row)
 std::optional<Error> Catalog::addContainers(const Containers& containers)
 {
     const std::lock_guard lock(mutex_);
+    prepareForChange();
     Transaction transaction(database_);
     bool added = transaction.hasBegun();
     for (const auto& container : containers)
@@ -147,6 +170,7 @@ Result<std::optional<Data>> Catalog::identityToken() const
 std::optional<Error> Catalog::signIn(const std::string& accountName)
 {
     const std::lock_guard lock(mutex_);
+    prepareForChange();
     Transaction transaction(database_);
     if (!transaction.hasBegun() || !replaceSignedIn(accountName) || !transaction.commit())
         return database_.lastError();
@@ -164,6 +188,7 @@ bool Catalog::replaceSignedIn(const std::string& accountName)
 std::optional<Error> Catalog::signOut()
 {
     const std::lock_guard lock(mutex_);
+    prepareForChange();
     if (!database_.execute("UPDATE account SET signedIn = 0 WHERE signedIn"))
         return database_.lastError();
     return std::nullopt;

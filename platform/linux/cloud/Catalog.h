@@ -21,7 +21,8 @@ public:
 
     using Opened = Result<std::unique_ptr<Catalog>>;
 
-    /// Opens a catalogue and writes nothing.
+    /// Opens a catalogue and writes nothing. One on a full disk, or in a folder that cannot be written, can be read;
+    /// changes fail until there is room again.
     /// @returns a no-such-file error (4) when there is none, or only the beginning of one; a corrupt-file error (259)
     ///          when it is damaged
     static Opened open(const URL& file, const URL& syncedRoot);
@@ -42,8 +43,13 @@ public:
     [[nodiscard]] std::optional<Error> signOut();
 
 private:
-    Catalog(Database database, URL syncedRoot) : database_(std::move(database)), syncedRoot_(std::move(syncedRoot)) {}
+    Catalog(Database database, URL file, URL syncedRoot)
+        : database_(std::move(database)), file_(std::move(file)), syncedRoot_(std::move(syncedRoot))
+    {
+    }
 
+    static Opened checked(Result<Database> database, const URL& file, const URL& syncedRoot);
+    void prepareForChange();
     [[nodiscard]] int schemaVersion() const;
     [[nodiscard]] std::optional<Error> makeSchema(const std::string& firstAccount);
     [[nodiscard]] bool replaceSignedIn(const std::string& accountName);
@@ -51,7 +57,8 @@ private:
     [[nodiscard]] std::shared_ptr<const CloudContainer> containerIn(const Statement& row) const;
 
     mutable std::mutex mutex_;
-    const Database database_;
+    Database database_;
+    const URL file_;
     const URL syncedRoot_;
 };
 

@@ -1,8 +1,12 @@
 #include "platform/linux/cloud/Database.h"
 
 #include "platform/linux/base/ErrnoError.h"
+#include "platform/linux/files/FileDescriptor.h"
 
+#include <fcntl.h>
 #include <sqlite3.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 
@@ -12,18 +16,36 @@ namespace {
 
 constexpr int kBusyTimeout = 5000; // milliseconds
 
-int errnoOf(sqlite3* database)
+// Or the other errno when one can be made. Nothing is left: the file has no name.
+int errnoOfMakingAFileBeside(const URL& file, int other)
+{
+    const auto folder = file.deletingLastPathComponent();
+    return FileDescriptor(::open(folder.path().c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600)).isOpen() ? other : errno;
+}
+
+// SQLite tells the errno of its last attempt. When it cannot make a file beside the database it then tries to read it,
+// and "no such file" hides the reason.
+int errnoOfOpening(sqlite3* database, const URL& file)
+{
+    const int errorNumber = sqlite3_system_errno(database);
+    if (errorNumber == ENOENT && ::access(file.path().c_str(), F_OK) == 0)
+        return errnoOfMakingAFileBeside(file, EIO);
+    return errorNumber != 0 ? errorNumber : EIO;
+}
+
+int errnoOf(sqlite3* database, const URL& file)
 {
     switch (sqlite3_errcode(database)) {
     case SQLITE_CANTOPEN:
-        return sqlite3_system_errno(database);
+    case SQLITE_IOERR:
+        return errnoOfOpening(database, file);
     case SQLITE_FULL:
         return ENOSPC;
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
         return EBUSY;
     case SQLITE_READONLY:
-        return EROFS;
+        return errnoOfMakingAFileBeside(file, EROFS);
     case SQLITE_PERM:
         return EACCES;
     case SQLITE_NOMEM:
@@ -31,6 +53,18 @@ int errnoOf(sqlite3* database)
     default:
         return EIO;
     }
+}
+
+// SQLite would make it readable for everybody; the files beside it take its mode.
+bool makeFile(const std::string& path)
+{
+    return FileDescriptor(::open(path.c_str(), O_RDWR | O_CREAT | O_NONBLOCK | O_CLOEXEC, 0600)).isOpen();
+}
+
+bool isRegularFileOrMissing(const std::string& path)
+{
+    struct stat status = {};
+    return ::stat(path.c_str(), &status) != 0 || S_ISREG(status.st_mode);
 }
 
 } // namespace
@@ -80,15 +114,36 @@ void Database::Closer::operator()(sqlite3* database) const
 Result<Database> Database::open(const URL& file, Missing missing)
 {
     Database database(file);
-    sqlite3* handle = nullptr;
-    const int creation = missing == Missing::Create ? SQLITE_OPEN_CREATE : 0;
-    const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | creation;
-    const int result = sqlite3_open_v2(file.path().c_str(), &handle, flags, nullptr);
-    database.handle_.reset(handle);
-    if (result != SQLITE_OK)
+    if (missing == Missing::Create && !makeFile(file.path()))
+        return database.errorForUser(errno);
+    if (!isRegularFileOrMissing(file.path()))
+        return Error{Domain::General, ErrorCode::kReadCorrupt, "No file: " + file.path(), "It is no file"};
+    if (!database.connect(file.path(), SQLITE_OPEN_READWRITE))
         return database.lastError();
-    sqlite3_busy_timeout(handle, kBusyTimeout);
     return database;
+}
+
+Result<Database> Database::openWithoutChanges(const URL& file, const Error& reason)
+{
+    struct stat status = {};
+    if (::stat((file.path() + "-wal").c_str(), &status) == 0 && status.st_size > 0)
+        return reason;
+    Database database(file);
+    const auto name = file.absoluteString() + "?immutable=1";
+    if (!database.connect(name, SQLITE_OPEN_READONLY | SQLITE_OPEN_URI))
+        return database.lastError();
+    database.noChanges_ = reason;
+    return database;
+}
+
+bool Database::connect(const std::string& name, int flags)
+{
+    sqlite3* handle = nullptr;
+    const int result = sqlite3_open_v2(name.c_str(), &handle, flags | SQLITE_OPEN_NOMUTEX, nullptr);
+    handle_.reset(handle);
+    if (result == SQLITE_OK)
+        sqlite3_busy_timeout(handle, kBusyTimeout);
+    return result == SQLITE_OK;
 }
 
 Statement Database::prepare(std::string_view sql) const
@@ -120,8 +175,15 @@ Error Database::lastError() const
     if (result == SQLITE_CORRUPT || result == SQLITE_NOTADB || result == SQLITE_ERROR)
         return {Domain::General, ErrorCode::kReadCorrupt,
                 "The catalogue “" + file_.path() + "” is damaged: " + sqlite3_errmsg(handle_.get()), "It is damaged"};
-    auto error = errnoError(errnoOf(handle_.get()), file_);
-    error.description = "Cannot use the catalogue “" + file_.path() + "”: " + sqlite3_errmsg(handle_.get());
+    if (result == SQLITE_READONLY && noChanges_)
+        return *noChanges_;
+    return errorForUser(errnoOf(handle_.get(), file_));
+}
+
+Error Database::errorForUser(int errorNumber) const
+{
+    auto error = errnoError(errorNumber, file_);
+    error.description = "Cannot use the catalogue “" + file_.path() + "”: " + error.failureReason;
     return error;
 }
 

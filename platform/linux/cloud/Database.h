@@ -4,6 +4,7 @@
 #include "platform/base/URL.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -43,8 +44,17 @@ class Database {
 public:
     enum class Missing { Create, Fail };
 
-    /// @returns a no-such-file error (4) for a file that is not there and is not to be created
+    /// @returns a no-such-file error (4) for a file that is not there and is not to be created (mode 0600), and a
+    ///          corrupt-file error (259) for what is no regular file
     static Result<Database> open(const URL& file, Missing);
+
+    /// Opens a database that cannot be used by `open`, because that makes files beside it even to read: when the disk
+    /// is full, or the folder cannot be written.
+    /// @param reason why it cannot; every change fails with it
+    /// @returns `reason` again when a change that lies beside the database would be missed
+    static Result<Database> openWithoutChanges(const URL& file, const Error& reason);
+
+    [[nodiscard]] bool canChange() const { return !noChanges_; }
 
     [[nodiscard]] Statement prepare(std::string_view sql) const;
     /// Runs statements without parameters and rows. The parts that were run before an error stay run.
@@ -62,7 +72,11 @@ private:
 
     explicit Database(URL file) : file_(std::move(file)) {}
 
+    [[nodiscard]] bool connect(const std::string& name, int flags);
+    [[nodiscard]] Error errorForUser(int errorNumber) const;
+
     URL file_;
+    std::optional<Error> noChanges_; // why
     std::unique_ptr<sqlite3, Closer> handle_;
 };
 

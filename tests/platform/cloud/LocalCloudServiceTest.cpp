@@ -12,6 +12,7 @@
 
 #include <gmock/gmock.h>
 
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -239,7 +240,52 @@ TEST_F(LocalCloudServiceTest, MakesADamagedCatalogueAnewFromTheTree)
     std::fstream(folder.url("home/catalog.sqlite").path()).seekp(4096) << std::string(3 * 4096, 'x');
     rebuilt(2);
     std::filesystem::remove(folder.url("home/catalog.sqlite").path());
+    folder.folder("home/catalog.sqlite");
+    rebuilt(3);
+    std::filesystem::remove(folder.url("home/catalog.sqlite").path());
+    ASSERT_EQ(::mkfifo(folder.url("home/catalog.sqlite").path().c_str(), 0600), 0);
+    rebuilt(4);
+    std::filesystem::remove(folder.url("home/catalog.sqlite").path());
     EXPECT_THAT(identifiers(start()->services().cloud), UnorderedElementsAre("orvane.Lookbook", "orvane.Quillpad"));
+}
+
+// SQLite makes files beside a database even to read it, which a full disk refuses as well: the user could not start to
+// delete what fills it.
+TEST_F(LocalCloudServiceTest, CanBeUsedWhereNothingCanBeWrittenAndChangesAgainWhenItCan)
+{
+    const auto token = start()->services().cloud.identityToken();
+    const auto home = folder.url("home").path();
+    const auto catalog = folder.url("home/catalog.sqlite").path();
+    EXPECT_EQ(fs::status(catalog).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+    fs::permissions(folder.url().path(), fs::perms::all);
+    fs::permissions(home, fs::perms(0555));
+    fs::permissions(catalog, fs::perms(0666));
+    std::unique_ptr<LinuxPlatform> platform;
+    {
+        const Unprivileged user;
+        platform = start();
+        ASSERT_TRUE(platform);
+        EXPECT_EQ(platform->services().cloud.identityToken(), token);
+        const auto error = platform->services().cloud.signOut();
+        ASSERT_TRUE(error);
+        EXPECT_THAT(error->description, HasSubstr("Permission denied"));
+        EXPECT_EQ(platform->services().cloud.identityToken(), token);
+    }
+    fs::permissions(home, fs::perms(0777));
+    EXPECT_FALSE(platform->services().cloud.signOut());
+    EXPECT_FALSE(platform->services().cloud.identityToken());
+}
+
+// Who were taken for signed out would lose what was open.
+TEST_F(LocalCloudServiceTest, KeepsTheTokenWhileTheCatalogCannotBeRead)
+{
+    const auto platform = start();
+    auto& cloud = platform->services().cloud;
+    const auto token = cloud.identityToken();
+    fs::resize_file(folder.url("home/catalog.sqlite").path(), 0);
+    fs::resize_file(folder.url("home/catalog.sqlite-wal").path(), 0);
+    std::fstream(folder.url("home/catalog.sqlite-shm").path()) << std::string(32768, 'x');
+    EXPECT_EQ(cloud.identityToken(), token);
 }
 
 // The drive's file system is not mounted: an empty drive in its place would be taken for one whose documents were
