@@ -48,7 +48,7 @@ FolderTable::Row FolderTable::makeRow(std::string_view name, const FolderEntry& 
 {
     Row row{};
     row.nameOffset = static_cast<std::uint32_t>(names_.size());
-    row.nameLength = static_cast<std::uint8_t>(name.size());
+    row.nameLength = static_cast<std::uint16_t>(name.size());
     describe(row, entry);
     names_ += name;
     return row;

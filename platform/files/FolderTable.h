@@ -88,11 +88,12 @@ private:
         std::int64_t size;
         std::int64_t modificationTime;
         std::uint32_t nameOffset;
-        std::uint8_t nameLength; // file systems end names at 255 bytes
+        std::uint16_t nameLength; // the kernel's directory entries are no longer
         EntryKind kind;
-        bool inCloud;
-        bool selected;
+        bool inCloud : 1;
+        bool selected : 1;
     };
+    static_assert(sizeof(Row) == 24);
     struct Place;
 
     [[nodiscard]] std::string_view nameOf(const Row& row) const
