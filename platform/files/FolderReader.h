@@ -22,9 +22,12 @@ struct ItemDetails {
     bool isAliasFile = false;
 };
 
-/// Called on the main queue, in this order: at most one `firstRows`, then one `complete`; after it any number of
-/// `changed` and `replaced`; at the end at most one `failed` or `removed`, after which nothing follows. `details` may
-/// come between. Tables are sorted.
+/// Called on the main queue, in this order: at most one `firstRows`, then either `failed`, after which nothing follows,
+/// or one `complete`; after it any number of `changed`, `replaced` and `failed`; at the end at most one `removed`,
+/// after which nothing follows. `details` may come between. Tables are sorted.
+///
+/// A `failed` after `complete` says that the folder is there but cannot be read any more; the next one to come is
+/// `replaced`, when it can be read again, or `removed`.
 struct FolderReadingClient {
     /// The beginning of the list in its final order, for the screen, while the rest is still being read.
     std::function<void(FolderTable)> firstRows;

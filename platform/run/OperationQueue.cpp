@@ -1,6 +1,7 @@
 #include "platform/run/OperationQueue.h"
 
 #include "platform/run/CurrentThread.h"
+#include "platform/run/StartThread.h"
 
 #include <utility>
 
@@ -30,7 +31,8 @@ void OperationQueue::addOperation(Task operation)
         return;
     waiting_.push_back(std::move(operation));
     if (waiting_.size() > idleThreads_ && threads_.size() < maximum_)
-        threads_.emplace_back([this] { run(); });
+        if (auto thread = startThread([this] { run(); }); thread.joinable())
+            threads_.push_back(std::move(thread));
     changed_.notify_one();
 }
 

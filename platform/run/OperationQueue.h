@@ -15,6 +15,7 @@ namespace tessel {
 
 /// A named queue whose operations begin in the order in which they were added, on threads of its own, no more than
 /// `maximumConcurrentOperations` (>= 1) at a time. A thread is started when an operation would wait for want of one.
+/// When the system has none left, the operation waits for one of the others, or for the next operation to be added.
 class OperationQueue {
 public:
     OperationQueue(std::string name, QualityOfService, std::size_t maximumConcurrentOperations = 1);

@@ -3,6 +3,7 @@
 #include "platform/files/TypeRegistry.h"
 #include "platform/linux/cloud/Placeholder.h"
 #include "platform/log/UnifiedLog.h"
+#include "platform/run/StartThread.h"
 #include "platform/text/TextServices.h"
 
 #include <dirent.h>
@@ -16,7 +17,6 @@
 #include <climits>
 #include <cstring>
 #include <memory>
-#include <thread>
 
 namespace tessel {
 
@@ -28,7 +28,7 @@ constexpr std::size_t kWorthAThread = 2 * kChunk;
 constexpr std::size_t kScreenful = 50;
 
 /// Runs `work(begin, end)` over all of [0, count) on this thread, after `firstHere`, and, when it is worth it, on
-/// another one at the same time.
+/// another one at the same time, if the system has one.
 template <typename Work, typename First>
 void shareWork(std::size_t count, const Work& work, const First& firstHere)
 {
@@ -37,16 +37,14 @@ void shareWork(std::size_t count, const Work& work, const First& firstHere)
         for (auto begin = next.fetch_add(kChunk); begin < count; begin = next.fetch_add(kChunk))
             work(begin, std::min(begin + kChunk, count));
     };
-    std::optional<std::thread> helper;
-    if (count > kWorthAThread)
-        helper.emplace(takeChunks);
+    auto helper = count > kWorthAThread ? startThread(takeChunks) : std::thread();
     firstHere();
     takeChunks();
-    if (helper)
-        helper->join();
+    if (helper.joinable())
+        helper.join();
 }
 
-EntryKind kindOf(std::uint16_t mode, std::string_view name, const TypeRegistry& types)
+EntryKind kindOf(unsigned mode, std::string_view name, const TypeRegistry& types)
 {
     if (S_ISLNK(mode))
         return EntryKind::Link;
@@ -68,7 +66,7 @@ bool isListedName(std::string_view name)
     return !name.empty() && (name.front() != '.' || isPlaceholderName(name));
 }
 
-int visitNames(int folder, const std::function<bool(std::string_view)>& visit)
+int visitEntries(int folder, const std::function<bool(std::string_view, unsigned)>& visit)
 {
     const auto buffer = std::make_unique<char[]>(kBufferSize);
     while (true) {
@@ -79,16 +77,25 @@ int visitNames(int folder, const std::function<bool(std::string_view)>& visit)
             const auto* entry = reinterpret_cast<const dirent64*>(buffer.get() + offset);
             offset += entry->d_reclen;
             const std::string_view name = entry->d_name;
-            if (name != "." && name != ".." && !visit(name))
+            if (name != "." && name != ".." && !visit(name, DTTOIF(entry->d_type)))
                 return 0;
         }
     }
 }
 
+int visitNames(int folder, const std::function<bool(std::string_view)>& visit)
+{
+    return visitEntries(folder, [&](std::string_view name, unsigned) { return visit(name); });
+}
+
 std::optional<FolderEntry> describeItem(int folder, std::string_view name, const TypeRegistry& types)
 {
-    char path[NAME_MAX + 1];
-    path[name.copy(path, NAME_MAX)] = '\0';
+    char path[PATH_MAX];
+    if (name.size() >= sizeof path) { // as the kernel would answer; never ask for another item by a part of the name
+        errno = ENAMETOOLONG;
+        return std::nullopt;
+    }
+    path[name.copy(path, name.size())] = '\0';
     struct statx status {};
     if (::statx(folder, path, AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, STATX_TYPE | STATX_SIZE | STATX_MTIME, &status))
         return std::nullopt;
@@ -128,16 +135,23 @@ FolderListing::FolderListing(int folder, const URL& url, const FolderServices& s
 int FolderListing::readNames()
 {
     std::vector<std::string> placeholderFiles;
-    const int error = visitNames(folder_, [&](std::string_view name) {
+    const int error = visitEntries(folder_, [&](std::string_view name, unsigned type) {
         if (name.front() != '.')
-            items_.append(name, {});
+            appendFile(name, kindOf(type, name, services_.types));
         else if (isPlaceholderName(name))
             placeholderFiles.emplace_back(name);
         return !abandoned_;
     });
-    fileCount_ = items_.size();
     readPlaceholders(placeholderFiles);
     return abandoned_ ? ECANCELED : error;
+}
+
+void FolderListing::appendFile(std::string_view name, EntryKind kind)
+{
+    FolderEntry entry;
+    entry.kind = kind;
+    items_.append(name, entry);
+    kinds_.push_back(kind);
 }
 
 void FolderListing::readPlaceholders(const std::vector<std::string>& files)
@@ -148,7 +162,7 @@ void FolderListing::readPlaceholders(const std::vector<std::string>& files)
             found[index] = readPlaceholderItem(url_.appending(files[index]), services_);
     };
     shareWork(files.size(), read, [] {});
-    for (std::size_t index = 0; index < files.size(); ++index) {
+    for (std::size_t index = 0; index < files.size() && !abandoned_; ++index) {
         if (!found[index])
             continue;
         const auto& [name, entry] = *found[index];
@@ -162,10 +176,8 @@ FolderTable FolderListing::firstRows(const std::vector<std::string_view>& names)
 {
     FolderTable result;
     for (const auto index : services_.text.firstOfNames(names, kScreenful)) {
-        const auto name = names[index];
-        const bool isFile = index < fileCount_;
-        result.append(name, isFile ? describeItem(folder_, name, services_.types).value_or(FolderEntry())
-                                   : items_.entry(index));
+        const bool isFile = index < kinds_.size();
+        result.append(names[index], isFile ? describeFile(names[index], kinds_[index]) : items_.entry(index));
     }
     return result;
 }
@@ -173,8 +185,14 @@ FolderTable FolderListing::firstRows(const std::vector<std::string_view>& names)
 void FolderListing::describeItems(std::size_t begin, std::size_t end)
 {
     for (auto index = begin; index < end && !abandoned_; ++index)
-        if (const auto entry = describeItem(folder_, items_.name(index), services_.types))
-            items_.setEntry(index, *entry);
+        items_.setEntry(index, describeFile(items_.name(index), kinds_[index]));
+}
+
+FolderEntry FolderListing::describeFile(std::string_view name, EntryKind kind) const
+{
+    FolderEntry entry;
+    entry.kind = kind;
+    return describeItem(folder_, name, services_.types).value_or(entry);
 }
 
 FolderTable FolderListing::allRows(const std::function<void(FolderTable)>& tellFirst)
@@ -182,10 +200,11 @@ FolderTable FolderListing::allRows(const std::function<void(FolderTable)>& tellF
     const auto names = items_.names();
     std::vector<std::uint32_t> order;
     const auto describe = [this](std::size_t begin, std::size_t end) { describeItems(begin, end); };
-    shareWork(fileCount_, describe, [&] {
-        if (tellFirst && names.size() > kScreenful)
+    shareWork(kinds_.size(), describe, [&] {
+        if (tellFirst && names.size() > kScreenful && !abandoned_)
             tellFirst(firstRows(names));
-        order = services_.text.orderOfNames(names);
+        if (!abandoned_)
+            order = services_.text.orderOfNames(names);
     });
     items_.arrange(order);
     return std::move(items_);

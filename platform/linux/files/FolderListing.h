@@ -18,9 +18,12 @@ namespace tessel {
 /// items that are.
 [[nodiscard]] bool isListedName(std::string_view name);
 
-/// Visits the name of every entry of an open folder but "." and "..", in the file system's order, until `visit` answers
-/// false.
+/// Visits every entry of an open folder but "." and "..", in the file system's order, until `visit` answers false.
+/// @param visit given the name and the type of file as `stat` has it in its mode, 0 where the file system keeps it
+/// apart
 /// @returns the errno that stopped it, or 0
+[[nodiscard]] int visitEntries(int folder, const std::function<bool(std::string_view name, unsigned type)>& visit);
+/// The same for who needs no more than names.
 [[nodiscard]] int visitNames(int folder, const std::function<bool(std::string_view name)>& visit);
 
 /// What is found under one name in an open folder, by one call; links are not followed.
@@ -40,15 +43,16 @@ struct PlaceholderItem {
 /// One complete reading of an open folder, on the calling thread and, for large folders, one more.
 class FolderListing {
 public:
-    /// @param abandoned ends the listing soon, with ECANCELED, when it becomes true
+    /// @param abandoned when it becomes true, the reading of names ends soon with ECANCELED, and the rows soon without
+    ///        being whole; the ordering of names, once begun, goes on to its end
     FolderListing(int folder, const URL& url, const FolderServices&, const std::atomic<bool>& abandoned);
 
     /// The first step: the names of all items.
     /// @returns the errno that stopped it, or 0
     [[nodiscard]] int readNames();
 
-    /// The last step: the whole list, sorted and described. An item that vanished meanwhile is in it without size; its
-    /// going is told by the monitor.
+    /// The last step: the whole list, sorted and described. An item that vanished meanwhile or cannot be described is
+    /// in it with the kind that its folder knows but without size; the going of one is told by the monitor.
     /// @param tellFirst given the first screenful as soon as it is known, when there is more than that
     [[nodiscard]] FolderTable allRows(const std::function<void(FolderTable)>& tellFirst);
 
@@ -56,16 +60,18 @@ public:
     [[nodiscard]] std::map<std::string, std::string> takePlaceholders() { return std::move(placeholders_); }
 
 private:
+    void appendFile(std::string_view name, EntryKind);
     void readPlaceholders(const std::vector<std::string>& files);
     [[nodiscard]] FolderTable firstRows(const std::vector<std::string_view>& names) const;
     void describeItems(std::size_t begin, std::size_t end);
+    [[nodiscard]] FolderEntry describeFile(std::string_view name, EntryKind) const;
 
     const int folder_;
     const URL& url_;
     const FolderServices& services_;
     const std::atomic<bool>& abandoned_;
-    FolderTable items_; ///< those that are files first, then those in the cloud
-    std::size_t fileCount_ = 0;
+    FolderTable items_;            ///< those that are files first, then those in the cloud
+    std::vector<EntryKind> kinds_; ///< of those that are files, as the folder has them
     std::map<std::string, std::string> placeholders_;
 };
 

@@ -3,6 +3,7 @@
 #include "platform/linux/files/FolderListing.h"
 #include "platform/log/UnifiedLog.h"
 #include "platform/run/CurrentThread.h"
+#include "platform/run/StartThread.h"
 
 #include <poll.h>
 #include <sys/eventfd.h>
@@ -42,10 +43,12 @@ std::string parentOf(const std::string& path)
 
 } // namespace
 
-void FolderNews::add(FolderNews other)
+void FolderNews::add(FolderNews other, std::size_t namesLimit)
 {
     names.merge(other.names);
-    readAnew = readAnew || other.readAnew;
+    readAnew = readAnew || other.readAnew || names.size() > namesLimit;
+    if (readAnew)
+        names.clear();
     removed = removed || other.removed;
     mayHaveMoved = mayHaveMoved || other.mayHaveMoved;
     mayHaveChanged = mayHaveChanged || other.mayHaveChanged;
@@ -53,8 +56,11 @@ void FolderNews::add(FolderNews other)
 
 FolderMonitor::FolderMonitor(UnifiedLog& log, std::size_t changedNamesLimit)
     : log_(log), changedNamesLimit_(changedNamesLimit), events_(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)),
-      wake_(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)), thread_([this] { run(); })
+      wake_(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)), thread_(startThread([this] { run(); })),
+      hasThread_(thread_.joinable())
 {
+    if (!hasThread_)
+        log_.write(LogLevel::Error, "No thread left for %@: changes of folders go unseen", StaticText("watching"));
 }
 
 FolderMonitor::~FolderMonitor()
@@ -75,12 +81,35 @@ void FolderMonitor::finish()
 
 void FolderMonitor::watch(int folder, const std::string& path, const std::shared_ptr<Listener>& listener)
 {
+    if (!hasThread_)
+        return;
     const std::lock_guard lock(mutex_);
     auto& watcher = watchers_[listener.get()];
     watcher.listener = listener;
-    if (!watchFolder(folder, *listener))
-        poll(path, watcher);
-    watchFoldersAbove(path, *listener);
+    if (!watchFolder(folder, *listener)) {
+        log_.write(LogLevel::Warning, "No watch left for folder '%@': looking at it now and then", path);
+        watcher.hasNoWatch = true;
+        beginPolling(watcher);
+    }
+    addFoldersAbove(path, *listener);
+}
+
+void FolderMonitor::watchFoldersAbove(const std::string& path, const Listener& listener)
+{
+    const std::lock_guard lock(mutex_);
+    if (watchers_.contains(&listener))
+        addFoldersAbove(path, listener);
+}
+
+void FolderMonitor::lookNowAndThen(const Listener& listener, bool isLookedAt)
+{
+    const std::lock_guard lock(mutex_);
+    const auto found = watchers_.find(&listener);
+    if (found == watchers_.end())
+        return;
+    found->second.isLookedAt = isLookedAt;
+    if (isLookedAt)
+        beginPolling(found->second);
 }
 
 bool FolderMonitor::watchFolder(int folder, const Listener& listener)
@@ -90,7 +119,7 @@ bool FolderMonitor::watchFolder(int folder, const Listener& listener)
                        {&listener, Interest::Role::FolderItself, {}});
 }
 
-void FolderMonitor::watchFoldersAbove(std::string path, const Listener& listener)
+void FolderMonitor::addFoldersAbove(std::string path, const Listener& listener)
 {
     std::uint32_t mask = kParentMask;
     for (auto above = parentOf(path); !above.empty(); path = above, above = parentOf(path)) {
@@ -120,10 +149,8 @@ bool FolderMonitor::addInterest(const std::string& path, std::uint32_t mask, Int
     return true;
 }
 
-void FolderMonitor::poll(const std::string& path, Watcher& watcher)
+void FolderMonitor::beginPolling(Watcher& watcher)
 {
-    log_.write(LogLevel::Warning, "No watch left for folder '%@': looking at it now and then", path);
-    watcher.isPolled = true;
     watcher.nextPoll = steady_clock::now() + kPollingInterval;
     ::eventfd_write(wake_.get(), 1);
 }
@@ -167,7 +194,7 @@ int FolderMonitor::waitingTime()
     for (const auto& [listener, watcher] : watchers_) {
         if (!watcher.news.empty())
             next = std::min(next, watcher.due);
-        if (watcher.isPolled)
+        if (watcher.isPolled())
             next = std::min(next, watcher.nextPoll);
     }
     if (!wake_.isOpen()) // out of descriptors, too: look now and then whether it is time to stop
@@ -233,6 +260,8 @@ void FolderMonitor::tellOfItself(Watcher& watcher, const inotify_event& event, c
     const bool removed = event.mask & kSelfRemoved;
     if (event.mask & kSelfEvents)
         addNews(watcher, {.names = {}, .removed = removed, .mayHaveMoved = true}, soon(watcher));
+    else if (name.empty()) // its own attributes: it may be readable no longer, or again
+        addNews(watcher, {.names = {}, .readAnew = true}, soon(watcher));
     else if (isListedName(name))
         addNews(watcher, {.names = {name}}, soon(watcher));
 }
@@ -245,10 +274,7 @@ FolderMonitor::Time FolderMonitor::soon(const Watcher& watcher)
 void FolderMonitor::addNews(Watcher& watcher, FolderNews news, Time due)
 {
     watcher.due = watcher.news.empty() ? due : std::min(watcher.due, due);
-    watcher.news.add(std::move(news));
-    watcher.news.readAnew = watcher.news.readAnew || watcher.news.names.size() > changedNamesLimit_;
-    if (watcher.news.readAnew)
-        watcher.news.names.clear();
+    watcher.news.add(std::move(news), changedNamesLimit_);
 }
 
 void FolderMonitor::tellWhatIsDue()
@@ -258,7 +284,7 @@ void FolderMonitor::tellWhatIsDue()
         const std::lock_guard lock(mutex_);
         const auto now = steady_clock::now();
         for (auto& [key, watcher] : watchers_) {
-            if (watcher.isPolled && watcher.nextPoll <= now) {
+            if (watcher.isPolled() && watcher.nextPoll <= now) {
                 watcher.nextPoll = now + kPollingInterval;
                 addNews(watcher, {.names = {}, .mayHaveChanged = true}, now);
             }

@@ -33,7 +33,8 @@ struct FolderNews {
     {
         return names.empty() && !readAnew && !removed && !mayHaveMoved && !mayHaveChanged;
     }
-    void add(FolderNews);
+    /// @param namesLimit more names than this are not kept: the folder is to be read anew
+    void add(FolderNews, std::size_t namesLimit);
 };
 
 /// Watches folders with one inotify descriptor and one thread.
@@ -42,7 +43,8 @@ struct FolderNews {
 /// of every folder on its path; and, where asked for, items that come to a folder in it or leave it. Not seen are
 /// changes made on another machine to a network file system, changes through memory maps, and a folder that is hidden
 /// by mounting over one above it. A folder for which the system has no watch left is looked at every two seconds
-/// instead, where a changed content or attribute of an item goes unseen.
+/// instead, where a changed content or attribute of an item goes unseen. When the system has no thread left for the
+/// monitor, nothing is watched.
 class FolderMonitor {
 public:
     /// Told on the monitor's thread, at once when nothing was told for a while, else gathered for 75 milliseconds.
@@ -64,6 +66,12 @@ public:
     /// how many it holds is all that shows. Safe from any thread.
     /// @returns whether that is new; not when it is told already, and not when no watch is left
     bool watchContents(const std::string& path, const Listener&);
+    /// Watches the folders above a watched one again, for they may have become others. Safe from any thread.
+    void watchFoldersAbove(const std::string& path, const Listener&);
+    /// Whether to tell a listener every two seconds that its folder may have changed, though it is watched: for what no
+    /// watch tells. Safe from any thread.
+    void lookNowAndThen(const Listener&, bool);
+    [[nodiscard]] std::size_t changedNamesLimit() const { return changedNamesLimit_; }
     /// The listener may still be told of what is on its way. Safe from any thread.
     void unwatch(const Listener&);
 
@@ -78,8 +86,11 @@ private:
         FolderNews news;
         Time due{};  ///< of the news
         Time told{}; ///< when news were last told
-        bool isPolled = false;
+        bool hasNoWatch = false;
+        bool isLookedAt = false; ///< though it may have a watch
         Time nextPoll{};
+
+        [[nodiscard]] bool isPolled() const { return hasNoWatch || isLookedAt; }
     };
     /// Why somebody is interested in a watched folder.
     struct Interest {
@@ -93,10 +104,10 @@ private:
     };
 
     bool watchFolder(int folder, const Listener&);
-    void watchFoldersAbove(std::string path, const Listener&);
+    void addFoldersAbove(std::string path, const Listener&);
     /// @returns whether it is new
     bool addInterest(const std::string& path, std::uint32_t mask, Interest);
-    void poll(const std::string& path, Watcher&);
+    void beginPolling(Watcher&);
     void run();
     [[nodiscard]] int waitingTime();
     void readEvents();
@@ -116,6 +127,7 @@ private:
     std::unordered_map<int, std::vector<Interest>> interests_; ///< by watch descriptor
     bool stopping_ = false;
     std::thread thread_;
+    const bool hasThread_;
 };
 
 } // namespace tessel

@@ -1,6 +1,8 @@
 #include "platform/linux/files/FolderWorkers.h"
 
+#include "platform/log/UnifiedLog.h"
 #include "platform/run/CurrentThread.h"
+#include "platform/run/StartThread.h"
 
 #include <utility>
 
@@ -32,8 +34,16 @@ void FolderWorkers::run(Task task)
         return;
     tasks_.push_back(std::move(task));
     if (idle_ < tasks_.size() && threads_.size() < kMaximumThreads)
-        threads_.emplace_back([this] { work(); });
+        startOneMore();
     changed_.notify_one();
+}
+
+void FolderWorkers::startOneMore()
+{
+    if (auto thread = startThread([this] { work(); }); thread.joinable())
+        threads_.push_back(std::move(thread));
+    else
+        log_.write(LogLevel::Error, "No thread left for folders beside %@", threads_.size());
 }
 
 void FolderWorkers::work()

@@ -9,6 +9,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <unordered_set>
@@ -19,24 +20,38 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/// Takes away the placeholders whose items are in the folder too. Reads the folder once more rather than to keep the
+/// names of a million files for a few placeholders.
+/// @returns whether it came to the end
+bool forgetThoseOfFiles(int opened, const URL& folder, std::unordered_set<std::string>& placeholders,
+                        const std::atomic<bool>& abandoned)
+{
+    ::lseek(opened, 0, SEEK_SET);
+    const int error = visitNames(opened, [&](std::string_view name) {
+        if (name.front() != '.')
+            placeholders.erase(std::string(placeholderURL(folder.appending(name)).lastPathComponent()));
+        return !abandoned && !placeholders.empty();
+    });
+    return error == 0 && !abandoned;
+}
+
 std::optional<std::uint32_t> countItems(const URL& folder, const std::atomic<bool>& abandoned)
 {
     const FileDescriptor opened(::open(folder.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    std::vector<std::string> visible;
+    std::uint32_t count = 0;
     std::unordered_set<std::string> placeholders;
     const int error = visitNames(opened.get(), [&](std::string_view name) {
         if (name.front() != '.')
-            visible.emplace_back(name);
+            count++;
         else if (isPlaceholderName(name))
             placeholders.emplace(name);
         return !abandoned;
     });
     if (error != 0 || abandoned)
         return std::nullopt;
-    if (!placeholders.empty())
-        for (const auto& name : visible)
-            placeholders.erase(std::string(placeholderURL(folder.appending(name)).lastPathComponent()));
-    return static_cast<std::uint32_t>(visible.size() + placeholders.size());
+    if (!placeholders.empty() && !forgetThoseOfFiles(opened.get(), folder, placeholders, abandoned))
+        return std::nullopt;
+    return count + static_cast<std::uint32_t>(placeholders.size());
 }
 
 std::optional<std::uint64_t> sizeBelow(const URL& package, const std::atomic<bool>& abandoned)

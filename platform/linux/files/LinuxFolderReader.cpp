@@ -35,7 +35,7 @@ private:
 
 LinuxFolderReader::LinuxFolderReader(const FolderServices& services, std::size_t changedNamesLimit)
     : services_(services), monitor_(std::make_unique<FolderMonitor>(services.log, changedNamesLimit)),
-      workers_(std::make_unique<FolderWorkers>())
+      workers_(std::make_unique<FolderWorkers>(services.log))
 {
 }
 

@@ -29,7 +29,8 @@ struct FolderServices {
 /// Reads folders with the kernel's own calls on worker threads and watches them with inotify.
 ///
 /// Made and destroyed on the main thread. Readings and searches end before their reader; its destructor waits for what
-/// its threads are just doing, which is no more than one system call each.
+/// its threads are just doing: no more than one system call each, or the ordering of a folder's names, which is not
+/// interrupted and takes a second or so for a million of them.
 class LinuxFolderReader final : public FolderReader {
 public:
     /// @param changedNamesLimit more changed names than this at once are not looked at one by one: the folder is read

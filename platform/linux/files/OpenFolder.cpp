@@ -54,9 +54,14 @@ void OpenFolder::tell(Callback<Parameters...> callback, Last last, Arguments... 
 {
     // Tables are large: they are moved into the task and out of it, never copied.
     auto held = std::make_shared<std::tuple<Arguments...>>(std::move(arguments)...);
+    {
+        const std::lock_guard lock(mutex_);
+        toldButNotTaken_++;
+    }
     services_.mainQueue.async([self = shared_from_this(), callback, last, held] {
         if (self->ended_)
             return;
+        self->wasTaken(); // before the call, which may end the reader
         if (last == Last::Yes)
             self->end();
         if (const auto& call = self->client_.*callback)
@@ -72,9 +77,12 @@ OpenFolder::Identity OpenFolder::identityOf(int folder)
     return {status.st_dev, status.st_ino, status.st_mtim.tv_sec * 1'000'000'000 + status.st_mtim.tv_nsec};
 }
 
-void OpenFolder::fail(int error)
+void OpenFolder::wasTaken()
 {
-    tell(&FolderReadingClient::failed, Last::Yes, errnoError(error, url_));
+    const std::lock_guard lock(mutex_);
+    toldButNotTaken_--;
+    if (!news_.empty())
+        followSoon();
 }
 
 void OpenFolder::read()
@@ -84,7 +92,7 @@ void OpenFolder::read()
     const auto folder = openFolder(url_, O_RDONLY);
     const int error = folder.isOpen() ? readFirstTime(folder.get()) : errno;
     if (error != 0)
-        fail(error);
+        tell(&FolderReadingClient::failed, Last::Yes, errnoError(error, url_));
     else
         workers_.run([self = shared_from_this()] { self->followNews(); });
 }
@@ -97,6 +105,10 @@ int OpenFolder::readFirstTime(int folder)
         monitor_.unwatch(*this);
         return ECANCELED;
     }
+    // It was opened before the folders above it were watched. Had it moved by then, no event would tell.
+    if (const auto found = openFolder(url_, O_PATH);
+        !found.isOpen() || !identityOf(found.get()).isSameFolder(identity_))
+        folderChanged({.names = {}, .mayHaveMoved = true});
     FolderListing listing(folder, url_, services_, ended_);
     if (const int error = listing.readNames(); error != 0)
         return error;
@@ -110,8 +122,14 @@ int OpenFolder::readFirstTime(int folder)
 void OpenFolder::folderChanged(FolderNews news)
 {
     const std::lock_guard lock(mutex_);
-    news_.add(std::move(news));
-    if (!std::exchange(isFollowing_, true))
+    news_.add(std::move(news), monitor_.changedNamesLimit());
+    followSoon();
+}
+
+/// Under the lock.
+void OpenFolder::followSoon()
+{
+    if (toldButNotTaken_ == 0 && !std::exchange(isFollowing_, true))
         workers_.run([self = shared_from_this()] { self->followNews(); });
 }
 
@@ -121,11 +139,11 @@ void OpenFolder::followNews()
         FolderNews news;
         {
             const std::lock_guard lock(mutex_);
-            news = std::exchange(news_, {});
-            if (news.empty()) {
+            if (news_.empty() || toldButNotTaken_ > 0) {
                 isFollowing_ = false;
                 return;
             }
+            news = std::exchange(news_, {});
         }
         if (!follow(news))
             return;
@@ -135,6 +153,8 @@ void OpenFolder::followNews()
 /// @returns whether there is a folder left to follow
 bool OpenFolder::follow(const FolderNews& news)
 {
+    if (news.mayHaveMoved) // before it is found out whether it has, so that no later move is missed
+        monitor_.watchFoldersAbove(url_.path(), *this);
     const auto folder = openFolder(url_, O_PATH);
     const int error = errno;
     const auto found = folder.isOpen() ? identityOf(folder.get()) : Identity();
@@ -143,44 +163,70 @@ bool OpenFolder::follow(const FolderNews& news)
         tell(&FolderReadingClient::removed, Last::Yes);
         return false;
     }
-    if (news.readAnew || (news.mayHaveChanged && found.modificationTime != identity_.modificationTime))
-        return readAnew();
-    if (folder.isOpen())
-        lookAt(folder.get(), news.names);
+    const bool hasChanged = news.mayHaveChanged && found.modificationTime != identity_.modificationTime;
+    const bool isToBeRead = isFailing_ || news.readAnew || hasChanged || !folder.isOpen();
+    if (isToBeRead || !lookAt(folder.get(), news.names))
+        readAnew();
     return true;
 }
 
-bool OpenFolder::readAnew()
+void OpenFolder::readAnew()
 {
     const auto folder = openFolder(url_, O_RDONLY);
-    int error = errno;
-    if (folder.isOpen()) {
-        identity_.modificationTime = identityOf(folder.get()).modificationTime;
-        FolderListing listing(folder.get(), url_, services_, ended_);
-        error = listing.readNames();
-        if (error == 0) {
-            tell(&FolderReadingClient::replaced, Last::No, listing.allRows({}));
-            placeholders_ = listing.takePlaceholders();
-            return true;
-        }
-    }
-    fail(error);
-    return false;
+    const int error = folder.isOpen() ? readAnew(folder.get()) : errno;
+    if (!ended_)
+        setFailing(error);
 }
 
-void OpenFolder::lookAt(int folder, const std::set<std::string>& names)
+int OpenFolder::readAnew(int folder)
+{
+    identity_.modificationTime = identityOf(folder).modificationTime;
+    FolderListing listing(folder, url_, services_, ended_);
+    if (const int error = listing.readNames(); error != 0)
+        return error;
+    tell(&FolderReadingClient::replaced, Last::No, listing.allRows({}));
+    placeholders_ = listing.takePlaceholders();
+    return 0;
+}
+
+/// Tells the beginning of a failure. Its end may come without an event of the folder's own, such as when a folder above
+/// is opened to the user or another program leaves a descriptor for this one.
+void OpenFolder::setFailing(int error)
+{
+    const bool isFailing = error != 0;
+    if (isFailing == isFailing_)
+        return;
+    isFailing_ = isFailing;
+    monitor_.lookNowAndThen(*this, isFailing);
+    if (isFailing)
+        tell(&FolderReadingClient::failed, Last::No, errnoError(error, url_));
+}
+
+/// @returns false when something could not be looked at, which may be the folder's fault
+bool OpenFolder::lookAt(int folder, const std::set<std::string>& names)
 {
     std::vector<FolderChange> changes;
-    for (const auto& name : itemNames(names)) {
+    const auto items = itemNames(names);
+    auto name = items.begin();
+    for (; name != items.end() && changes.size() < kChangesInOneGo; ++name) {
         if (ended_)
-            return;
-        if (auto change = lookAt(folder, name))
-            changes.push_back(std::move(*change));
-        if (changes.size() == kChangesInOneGo)
-            tell(&FolderReadingClient::changed, Last::No, std::exchange(changes, {}));
+            return true;
+        auto change = lookAt(folder, *name);
+        if (!change)
+            return false;
+        changes.push_back(std::move(*change));
     }
+    if (name != items.end())
+        lookLater({name, items.end()});
     if (!changes.empty())
         tell(&FolderReadingClient::changed, Last::No, std::move(changes));
+    return true;
+}
+
+void OpenFolder::lookLater(std::set<std::string> names)
+{
+    const std::lock_guard lock(mutex_);
+    news_.add({.names = std::move(names)}, monitor_.changedNamesLimit());
 }
 
 /// The items to look at for these files: the files themselves, and those that the placeholders among them stand or
@@ -208,7 +254,7 @@ std::optional<FolderChange> OpenFolder::lookAt(int folder, const std::string& na
 {
     if (const auto entry = describeItem(folder, name, services_.types))
         return FolderChange{name, entry};
-    if (errno != ENOENT)
+    if (errno != ENOENT && errno != ENOTDIR)
         return std::nullopt;
     const auto item = readPlaceholderItem(placeholderURL(url_.appending(name)), services_);
     return FolderChange{name, item ? std::optional(item->entry) : std::nullopt};

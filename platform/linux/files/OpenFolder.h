@@ -20,7 +20,8 @@ class FolderListing;
 /// One folder being read and watched: what its reading on the main thread and its tasks on the workers share.
 ///
 /// At most one task at a time follows the folder, and one fetches details. No descriptor is kept open between tasks;
-/// each opens the path anew and finds out whether it still leads to the same folder.
+/// each opens the path anew and finds out whether it still leads to the same folder. While the main thread has not
+/// taken what it was told, the folder is not followed: news are gathered, and the tasks for the main thread stay few.
 class OpenFolder final : public FolderMonitor::Listener, public std::enable_shared_from_this<OpenFolder> {
 public:
     OpenFolder(const URL&, FolderReadingClient, const FolderServices&, FolderMonitor&, FolderWorkers&);
@@ -50,15 +51,18 @@ private:
     // On a worker.
     void read();
     [[nodiscard]] int readFirstTime(int folder);
+    void followSoon();
     void followNews();
     [[nodiscard]] bool follow(const FolderNews&);
-    [[nodiscard]] bool readAnew();
-    void lookAt(int folder, const std::set<std::string>& names);
+    void readAnew();
+    [[nodiscard]] int readAnew(int folder);
+    void setFailing(int error);
+    [[nodiscard]] bool lookAt(int folder, const std::set<std::string>& names);
+    void lookLater(std::set<std::string> names);
     [[nodiscard]] std::set<std::string> itemNames(const std::set<std::string>& fileNames);
     [[nodiscard]] std::optional<FolderChange> lookAt(int folder, const std::string& name) const;
     void fetchNextDetails();
     bool watchContents(const URL& item);
-    void fail(int error);
     static Identity identityOf(int folder);
 
     /// Whether nothing follows what is told.
@@ -67,6 +71,7 @@ private:
     using Callback = std::function<void(Parameters...)> FolderReadingClient::*;
     template <typename... Parameters, typename... Arguments>
     void tell(Callback<Parameters...>, Last, Arguments...);
+    void wasTaken();
 
     const URL url_;
     const FolderReadingClient client_; ///< called on the main thread only
@@ -81,12 +86,15 @@ private:
     Identity identity_;                               ///< of the task that follows the folder
     std::map<std::string, std::string> placeholders_; ///< names of items by those of their placeholders; likewise
 
+    bool isFailing_ = false; ///< it exists but cannot be read; of the task that follows the folder
+
     std::size_t watchedInside_ = 0; ///< folders in this one; of the task that fetches details
 
     std::mutex mutex_;
     FolderNews news_;
     bool isFollowing_ = true;
-    std::vector<URL> wantedDetails_; ///< the next one last
+    std::size_t toldButNotTaken_ = 0; ///< by the main thread
+    std::vector<URL> wantedDetails_;  ///< the next one last
     std::uint64_t wantedRound_ = 0;
     bool isFetching_ = false;
 };

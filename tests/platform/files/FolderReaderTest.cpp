@@ -10,6 +10,7 @@
 
 #include <fcntl.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -178,25 +179,82 @@ TEST_F(FolderReaderTest, FailsWithTheReasonAndNeverAsAnEmptyFolder)
     }
 }
 
-// The super-user may read everything: a child process becomes somebody else first.
-TEST(FolderReaderPermissionTest, FailsForAFolderThatMayNotBeRead)
+/// The super-user may read everything: a child process becomes somebody else first, in a drive of everybody's.
+bool holdsForSomebodyElse(const std::function<bool(const TemporaryDrive&)>& test)
 {
     const TemporaryDrive drive;
-    const auto folder = drive.folder("Closed");
     fs::permissions(drive.url().path(), fs::perms::all);
-    fs::permissions(folder.path(), fs::perms::owner_exec);
-    const auto refused = [&] {
+    const auto child = ::fork();
+    if (child == 0)
+        ::_exit((::geteuid() != 0 || ::setuid(65534) == 0) && test(drive) ? 0 : 1);
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+TEST(FolderReaderPermissionTest, FailsForAFolderThatMayNotBeRead)
+{
+    EXPECT_TRUE(holdsForSomebodyElse([](const TemporaryDrive& drive) {
+        const auto folder = drive.folder("Closed");
+        fs::permissions(folder.path(), fs::perms::owner_exec);
         InstalledPlatform platform;
         Follower list(platform, folder);
         return platform.runUntil([&] { return list.failure.has_value(); }) && !list.isComplete &&
                list.failure->code == ErrorCode::kReadNoPermission;
+    }));
+}
+
+// Its owner closes a shown folder or one above it, changes something there, and opens it again.
+TEST(FolderReaderPermissionTest, FailsWhileAShownFolderIsClosedAndRecovers)
+{
+    const auto closed = [](const std::string& name) {
+        return holdsForSomebodyElse([&](const TemporaryDrive& drive) {
+            drive.tree("Above/Folder/Old");
+            InstalledPlatform platform;
+            Follower list(platform, drive.url("Above/Folder"));
+            const bool isShown = list.waitUntilComplete();
+            const FileDescriptor old(::open(drive.url("Above/Folder/Old").path().c_str(), O_RDONLY));
+            fs::permissions(drive.url(name).path(), fs::perms::none);
+            ::fchmod(old.get(), 0400);
+            const bool failed = platform.runUntil([&] { return list.failure.has_value(); });
+            fs::permissions(drive.url(name).path(), fs::perms::owner_all);
+            drive.file("Above/Folder/New");
+            return isShown && failed && platform.runUntil([&] { return list.rows.size() == 2; });
+        });
     };
-    const auto child = ::fork();
-    if (child == 0)
-        ::_exit((::geteuid() != 0 || ::seteuid(65534) == 0) && refused() ? 0 : 1);
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    EXPECT_EQ(status, 0);
+    EXPECT_TRUE(closed("Above/Folder"));
+    EXPECT_TRUE(closed("Above"));
+}
+
+TEST(FolderReaderPermissionTest, KnowsTheKindsOfItemsThatMayNotBeLookedAt)
+{
+    EXPECT_TRUE(holdsForSomebodyElse([](const TemporaryDrive& drive) {
+        drive.tree("F/Folder/ F/Slides.lookbook/ F/Link->Folder F/File");
+        fs::permissions(drive.url("F").path(), fs::perms::owner_read);
+        InstalledPlatform platform;
+        Follower list(platform, drive.url("F"));
+        const bool isShown = list.waitUntilComplete();
+        fs::permissions(drive.url("F").path(), fs::perms::owner_all);
+        return isShown && list.entry("Folder").kind == EntryKind::Folder &&
+               list.entry("Slides.lookbook").kind == EntryKind::Package && list.entry("Link").kind == EntryKind::Link &&
+               platform.runUntil([&] { return list.entry("File").size == 0; });
+    }));
+}
+
+TEST(FolderReaderPermissionTest, SurvivesThatNoThreadIsLeft)
+{
+    EXPECT_TRUE(holdsForSomebodyElse([](const TemporaryDrive& drive) {
+        InstalledPlatform platform;
+        rlimit usual{};
+        ::getrlimit(RLIMIT_NPROC, &usual);
+        const rlimit none{0, usual.rlim_max};
+        ::setrlimit(RLIMIT_NPROC, &none);
+        const auto reader = makeReader(platform);
+        Follower waiting(platform, drive.folder("F"), *reader);
+        ::setrlimit(RLIMIT_NPROC, &usual);
+        Follower next(platform, drive.folder("G"), *reader);
+        return waiting.waitUntilComplete() && next.waitUntilComplete();
+    }));
 }
 
 TEST_F(FolderReaderTest, FollowsWhatOtherProgramsDo)
