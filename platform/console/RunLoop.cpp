@@ -13,6 +13,10 @@ namespace {
 
 constexpr auto kNearFuture = std::chrono::seconds(2);
 
+// What is ready may go on without an end while another program keeps changing the shown folder.
+constexpr auto kLongestBeforeInput = std::chrono::milliseconds(20);
+constexpr auto kLongestAfterWait = std::chrono::seconds(1);
+
 Clock::Ticks now()
 {
     return platform::installed().clock.uptime();
@@ -27,6 +31,16 @@ std::optional<Clock::Ticks> untilNextDue()
     return std::max(*due - now(), Clock::Ticks::zero());
 }
 
+/// Runs what is ready until nothing is, or until a moment that may have passed: one task runs in any case.
+/// @returns whether nothing is ready
+bool runReadyUntil(Clock::Ticks deadline)
+{
+    while (DispatchQueue::main().runOne())
+        if (now() >= deadline)
+            return false;
+    return true;
+}
+
 bool isDelayedWorkNear()
 {
     const auto wait = untilNextDue();
@@ -38,8 +52,10 @@ bool isDelayedWorkNear()
 Input RunLoop::nextInput()
 {
     for (;;) {
-        DispatchQueue::main().runReady();
-        if (auto input = source_.next(untilNextDue()); input.kind != Input::Kind::Woken)
+        const bool ranAll = runReadyUntil(now() + kLongestBeforeInput);
+        seeAllRows(ShownControllers::now().list);
+        const auto timeout = ranAll ? untilNextDue() : Clock::Ticks::zero();
+        if (auto input = source_.next(timeout); input.kind != Input::Kind::Woken)
             return input;
     }
 }
@@ -58,17 +74,17 @@ void RunLoop::runFor(Clock::Ticks duration)
 {
     const auto deadline = now() + duration;
     while (now() < deadline) {
-        DispatchQueue::main().runReady();
-        waitForWork(deadline);
+        if (runReadyUntil(deadline))
+            waitForWork(deadline);
     }
-    DispatchQueue::main().runReady();
+    runReadyUntil(now() + kLongestAfterWait); // what is due at the end, and what follows from it
 }
 
 bool RunLoop::runUntilQuiet(Clock::Ticks limit, DelayedWork delayed)
 {
     const auto deadline = now() + limit;
     for (;;) {
-        DispatchQueue::main().runReady();
+        runReadyUntil(deadline);
         const auto shown = ShownControllers::now();
         seeAllRows(shown.list);
         if (!shown.isBusy() && (delayed == DelayedWork::Ignore || !isDelayedWorkNear()))
