@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <span>
 #include <utility>
 
 namespace tessel {
@@ -41,10 +42,13 @@ void SearchController::addLibraries(const std::vector<ListRow>& libraries)
 void SearchController::addHits(const std::vector<SearchHit>& hits)
 {
     std::vector<ListRow> found;
-    for (const auto& hit : hits) {
+    const auto room = kMostResults - std::min(results_.size(), kMostResults);
+    for (const auto& hit : std::span(hits).first(std::min(room, hits.size()))) {
         found.push_back(listRow(hit.url, hit.entry, platform::installed().text));
         addDetails(found.back(), hit.details);
     }
+    if (found.size() == room)
+        search_.reset(); // what it has already found beyond is not told any more
     add(std::move(found));
 }
 

@@ -15,9 +15,13 @@ namespace tessel {
 class DocumentListController;
 
 /// The results of a search below a list's folder and the libraries shown in it, presented over the navigation
-/// controller while there is a query. Pressing a result tells the list's delegate, as pressing a row of the list does.
+/// controller while there is a query. The search ends early when it has found `kMostResults`: those nearest to the
+/// folder, for it looks at nearer items first. Pressing a result tells the list's delegate, as pressing a row of the
+/// list does.
 class SearchController : public ViewController {
 public:
+    static constexpr std::size_t kMostResults = 10'000; ///< more than anyone reads
+
     explicit SearchController(std::weak_ptr<DocumentListController> list) : list_(std::move(list)) {}
 
     [[nodiscard]] std::string className() const override { return "SearchController"; }

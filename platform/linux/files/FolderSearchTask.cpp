@@ -17,7 +17,7 @@ namespace tessel {
 
 namespace {
 
-// Often enough to be followed with the eye, and never so many hits that sorting them in holds up a frame.
+// Often enough to be followed with the eye, and few enough hits that sorting them in holds up no frame.
 constexpr auto kDeliveryInterval = std::chrono::milliseconds(50);
 constexpr std::size_t kHitsInOneGo = 256;
 
@@ -51,7 +51,7 @@ void FolderSearchTask::run()
 {
     for (; !folders_.empty() && !ended_; folders_.pop())
         searchFolder(folders_.front());
-    deliver();
+    tellFound();
     services_.mainQueue.async([self = shared_from_this()] {
         if (!self->ended_ && self->client_.finished)
             self->client_.finished();
@@ -108,12 +108,21 @@ void FolderSearchTask::consider(const URL& folder, std::string_view name, const 
 void FolderSearchTask::deliver()
 {
     delivered_ = std::chrono::steady_clock::now();
+    // A main queue that is busy is not given more to do: the hits wait here until it has taken those before.
+    if (!isDelivering_)
+        tellFound();
+}
+
+void FolderSearchTask::tellFound()
+{
     if (hits_.empty())
         return;
+    isDelivering_ = true;
     auto hits = std::make_shared<std::vector<SearchHit>>(std::exchange(hits_, {}));
     services_.mainQueue.async([self = shared_from_this(), hits] {
         if (!self->ended_ && self->client_.found)
             self->client_.found(std::move(*hits));
+        self->isDelivering_ = false;
     });
 }
 

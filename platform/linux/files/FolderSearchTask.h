@@ -30,11 +30,13 @@ private:
     void look(int folder, const URL&, std::string_view fileName);
     void consider(const URL& folder, std::string_view name, const FolderEntry&);
     void deliver();
+    void tellFound();
 
     const std::string query_; ///< search-folded
     const SearchClient client_;
     const FolderServices services_;
     std::atomic<bool> ended_ = false;
+    std::atomic<bool> isDelivering_ = false; ///< hits are on their way to the main thread
 
     // On the worker.
     std::queue<URL> folders_; ///< still to be searched
