@@ -1,11 +1,9 @@
 #include "platform/documents/DocumentListController.h"
 
-#include "platform/base/NotificationCenter.h"
 #include "platform/base/Platform.h"
 #include "platform/cloud/CloudService.h"
-#include "platform/documents/FolderRows.h"
+#include "platform/documents/DocumentListController_Listing.h"
 #include "platform/documents/SearchController.h"
-#include "platform/files/FolderReader.h"
 #include "platform/text/TextServices.h"
 #include "platform/ui/Application.h"
 #include "platform/ui/NavigationController.h"
@@ -42,21 +40,11 @@ std::string titleOf(const URL& folder)
 
 } // namespace
 
-/// The folder's rows and where they come from.
-struct DocumentListController::Listing {
-    FolderRows rows;
-    ListState state = ListState::Loading;
-    std::optional<Error> failure;
-    std::unique_ptr<FolderReading> reading; ///< none before the list was looked at, and after a failure
-    std::size_t firstVisible = 0;
-    std::size_t visibleCount = 0;
-    NotificationCenter::Observation activation;
-};
-
 DocumentListController::DocumentListController(const URL& folder)
     : presentedURL_(folder), listing_(new Listing{.rows = {folder, librariesIn(folder), platform::installed().text},
                                                   .failure = {},
                                                   .reading = {},
+                                                  .retry = {},
                                                   .activation = {}})
 {
     setTitle(titleOf(folder));
@@ -66,6 +54,7 @@ DocumentListController::DocumentListController(const URL& folder)
 
 DocumentListController::~DocumentListController()
 {
+    listing_->retry.cancel();
     startSearch("");
 }
 
@@ -93,112 +82,7 @@ void DocumentListController::viewDidLoad()
 void DocumentListController::viewDidAppear()
 {
     tellRemoval();
-}
-
-/// Begins to read the folder, once. Also where something is only asked of the list: it is the first look at it.
-void DocumentListController::read() const
-{
-    if (listing_->reading || listing_->state != ListState::Loading)
-        return;
-    auto* const self = const_cast<DocumentListController*>(this); // what comes back later is told to the list itself
-    auto& rows = listing_->rows;
-    FolderReadingClient client;
-    client.firstRows = [self, &rows](FolderTable table) {
-        rows.begin(std::move(table));
-        self->show(ListState::Loading, RowChanges::everything());
-    };
-    client.complete = [self, &rows](FolderTable table) {
-        rows.complete(std::move(table));
-        self->show(ListState::Complete, RowChanges::everything());
-    };
-    client.changed = [self, &rows](const std::vector<FolderChange>& changes) {
-        if (const auto rowChanges = rows.apply(changes); !rowChanges.empty())
-            self->show(ListState::Complete, rowChanges);
-        else
-            self->fetchDetails(); // what does not show in the row itself may, such as tags
-    };
-    client.replaced = [self, &rows](FolderTable table) {
-        if (const auto rowChanges = rows.replaceWith(std::move(table)); !rowChanges.empty())
-            self->show(ListState::Complete, rowChanges);
-    };
-    client.failed = [self](const Error& error) {
-        if (error.code == ErrorCode::kNoSuchFile && self->standsOnAnotherList())
-            self->wasRemoved();
-        else
-            self->failed(error);
-    };
-    client.removed = [self] { self->wasRemoved(); };
-    client.details = [self, &rows](const URL& item, const ItemDetails& details) {
-        rows.setDetails(item, details);
-        const auto index = rows.find(item);
-        if (index && self->rowsChanged)
-            self->rowsChanged(RowChanges::update(*index));
-    };
-    listing_->reading = platform::installed().folders.read(presentedURL_, std::move(client));
-}
-
-/// Tells of a new state, and of new rows; the list may be gone afterwards.
-void DocumentListController::show(ListState state, const RowChanges& changes)
-{
-    const auto self = shared_from_this();
-    listing_->state = state;
-    fetchDetails();
-    if (rowsChanged)
-        rowsChanged(changes);
-    tellItemsChanged();
-}
-
-void DocumentListController::tellItemsChanged()
-{
-    if (const auto listener = delegate.lock())
-        listener->documentListControllerItemsChanged(*this);
-}
-
-void DocumentListController::failed(const Error& error)
-{
-    listing_->reading.reset();
-    listing_->failure = error;
-    listing_->rows.clear();
-    show(ListState::Failed, RowChanges::everything());
-}
-
-void DocumentListController::wasRemoved()
-{
-    const auto self = shared_from_this();
-    const auto name = platform::installed().text.displayName(presentedURL_.lastPathComponent());
-    failed(
-        {Domain::General, ErrorCode::kNoSuchFile, "The folder “" + name + "” is gone.", "No such file or directory"});
-    removalIsToBeTold_ = true;
-    tellRemoval();
-}
-
-/// The delegate leaves the list on top, so a list below others waits until it is the one.
-void DocumentListController::tellRemoval()
-{
-    const auto navigation = navigationController();
-    if (navigation && navigation->topViewController().get() != this)
-        return;
-    const auto listener = delegate.lock();
-    if (listener && std::exchange(removalIsToBeTold_, false))
-        listener->documentListControllerURLWasRemoved(*this);
-}
-
-bool DocumentListController::standsOnAnotherList() const
-{
-    const auto navigation = navigationController();
-    return navigation && navigation->viewControllers().front().get() != this;
-}
-
-void DocumentListController::retry()
-{
-    if (listing_->state != ListState::Failed)
-        return;
-    listing_->failure.reset();
-    listing_->state = ListState::Loading;
-    removalIsToBeTold_ = false;
-    read();
-    if (rowsChanged)
-        rowsChanged({});
+    retryLater();
 }
 
 std::size_t DocumentListController::containedItemCount() const
@@ -211,6 +95,12 @@ std::vector<URL> DocumentListController::containedItemURLs() const
 {
     read();
     return listing_->rows.urls();
+}
+
+void DocumentListController::tellItemsChanged()
+{
+    if (const auto listener = delegate.lock())
+        listener->documentListControllerItemsChanged(*this);
 }
 
 ListState DocumentListController::state() const
@@ -267,31 +157,6 @@ void DocumentListController::open(const ListRow& row)
         listener->documentListControllerDidSelectContainerWithViewController(*this, create(row.url));
     else
         listener->documentListControllerDidSelectItemAtURL(*this, row.url);
-}
-
-void DocumentListController::setVisibleRows(std::size_t first, std::size_t count)
-{
-    read();
-    if (count == 0)
-        listing_->rows.makeDetailsStale();
-    if (first == listing_->firstVisible && count == listing_->visibleCount)
-        return;
-    listing_->firstVisible = first;
-    listing_->visibleCount = count;
-    fetchDetails();
-}
-
-void DocumentListController::fetchDetails()
-{
-    if (listing_->reading)
-        listing_->reading->fetchDetails(listing_->rows.withoutDetails(listing_->firstVisible, listing_->visibleCount));
-}
-
-bool DocumentListController::isBusy() const
-{
-    if (!listing_->reading)
-        return false;
-    return listing_->state == ListState::Loading || listing_->reading->isFetchingDetails();
 }
 
 void DocumentListController::startSearch(const std::string& query)

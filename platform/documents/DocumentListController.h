@@ -101,7 +101,8 @@ public:
     void setVisibleRows(std::size_t first, std::size_t count);
     /// Whether something is still being fetched: the listing, or details of visible rows.
     [[nodiscard]] bool isBusy() const;
-    /// Lists the folder again after a failure. Also done when the program becomes active.
+    /// Lists the folder again after a failure. Also done when the program becomes active and, without a word as long as
+    /// the failure is the same, every 5 seconds while the list is the top one of its stack.
     void retry();
     /// Does what pressing a row does outside editing; also for a row that a search found.
     void open(const ListRow&);
@@ -116,13 +117,17 @@ private:
     struct Listing;
 
     void read() const;
+    void readAnew();
     void show(ListState, const RowChanges&);
     void tellItemsChanged();
     void failed(const Error&);
     void wasRemoved();
     void tellRemoval();
+    [[nodiscard]] bool isTopOfItsStack() const;
     [[nodiscard]] bool standsOnAnotherList() const;
+    void retryLater();
     void fetchDetails();
+    void fetchNextDetails();
 
     URL presentedURL_;
     bool editing_ = false;

@@ -62,20 +62,24 @@ FolderRows::FolderRows(const URL& folder, std::vector<LibraryRow> libraries, con
     std::sort(libraries_.begin(), libraries_.end(), [&](const LibraryRow& left, const LibraryRow& right) {
         return text_.compareNames(left.title, right.title) < 0;
     });
+    libraryDetails_.reset(libraries_.size());
+}
+
+/// How many libraries come before a row.
+std::size_t FolderRows::librariesBefore(std::size_t row) const
+{
+    std::size_t count = 0;
+    while (count < shownLibraries_ && libraries_[count].itemsBefore + count < row)
+        count++;
+    return count;
 }
 
 FolderRows::Place FolderRows::place(std::size_t index) const
 {
-    std::size_t librariesBefore = 0;
-    for (; librariesBefore < shownLibraries_; ++librariesBefore) {
-        const auto& library = libraries_[librariesBefore];
-        const auto libraryIndex = library.itemsBefore + librariesBefore;
-        if (libraryIndex == index)
-            return {&library, 0};
-        if (libraryIndex > index)
-            break;
-    }
-    return {nullptr, index - librariesBefore};
+    const auto before = librariesBefore(index);
+    if (before < shownLibraries_ && libraries_[before].itemsBefore + before == index)
+        return {&libraries_[before], 0};
+    return {nullptr, index - before};
 }
 
 URL FolderRows::url(std::size_t index) const
@@ -100,7 +104,8 @@ ListRow FolderRows::libraryRow(const LibraryRow& library) const
                 .modified = {},
                 .tags = {},
                 .selected = library.selected};
-    addKnownDetails(row);
+    if (const auto* const details = libraryDetails_.find(library.url.path()))
+        addDetails(row, *details);
     return row;
 }
 
@@ -108,14 +113,9 @@ ListRow FolderRows::itemRow(std::size_t item) const
 {
     auto row = listRow(folder_.appending(table_.name(item)), table_.entry(item), text_);
     row.selected = table_.isSelected(item);
-    addKnownDetails(row);
+    if (const auto* const details = details_.find(table_.name(item)))
+        addDetails(row, *details);
     return row;
-}
-
-void FolderRows::addKnownDetails(ListRow& row) const
-{
-    if (const auto known = details_.find(row.url); known != details_.end())
-        addDetails(row, known->second.details);
 }
 
 std::vector<ListRow> FolderRows::libraryRows() const
@@ -148,13 +148,19 @@ void FolderRows::placeLibraries(bool isComplete)
 void FolderRows::begin(FolderTable table)
 {
     table_ = std::move(table);
+    details_.reset(table_.size());
     placeLibraries(false);
 }
 
 void FolderRows::complete(FolderTable table)
 {
+    std::size_t same = 0;
+    while (same < std::min(table.size(), table_.size()) && table.name(same) == table_.name(same))
+        same++;
     table.takeSelectionFrom(table_);
     table_ = std::move(table);
+    details_.resize(same);
+    details_.resize(table_.size());
     placeLibraries(true);
 }
 
@@ -162,7 +168,8 @@ void FolderRows::clear()
 {
     table_ = {};
     shownLibraries_ = 0;
-    details_.clear();
+    details_.reset(0);
+    libraryDetails_.reset(libraries_.size());
 }
 
 /// Turns ascending indices of items into those of their rows.
@@ -182,6 +189,10 @@ RowChanges FolderRows::changeItems(const Change& change)
 {
     const auto librariesBefore = libraries_;
     auto changes = change();
+    if (changes.reset)
+        details_.resize(table_.size());
+    else
+        details_.follow(changes);
     placeLibraries(true);
     const auto librariesNow = std::exchange(libraries_, librariesBefore);
     moveToRows(changes.removed);
@@ -191,14 +202,21 @@ RowChanges FolderRows::changeItems(const Change& change)
     return changes;
 }
 
+/// What changed may show in the details alone, such as tags.
+void FolderRows::markStale(const std::vector<FolderChange>& changes)
+{
+    for (const auto& change : changes) {
+        const auto item = table_.find(change.name, text_);
+        if (item)
+            details_.makeStale(*item, change.name);
+        if (!change.entry)
+            details_.forget(change.name);
+    }
+}
+
 RowChanges FolderRows::apply(const std::vector<FolderChange>& changes)
 {
-    for (const auto& change : changes)
-        if (const auto known = details_.find(folder_.appending(change.name)); known != details_.end()) {
-            known->second.stale = true;
-            if (!change.entry)
-                details_.erase(known);
-        }
+    markStale(changes);
     return changeItems([&] { return table_.apply(changes, text_); });
 }
 
@@ -232,20 +250,10 @@ std::vector<URL> FolderRows::selectedURLs() const
     return result;
 }
 
-std::optional<std::size_t> FolderRows::find(const URL& url) const
+std::optional<std::size_t> FolderRows::findItem(const URL& url) const
 {
-    for (std::size_t index = 0; index < shownLibraries_; ++index)
-        if (libraries_[index].url == url)
-            return libraries_[index].itemsBefore + index;
     const auto name = url.lastPathComponent();
-    if (folder_.appending(name) != url)
-        return std::nullopt;
-    const auto item = table_.find(name, text_);
-    if (!item)
-        return std::nullopt;
-    std::vector<std::size_t> index{*item};
-    moveToRows(index);
-    return index.front();
+    return folder_.appending(name) == url ? table_.find(name, text_) : std::nullopt;
 }
 
 RowChanges FolderRows::select(const std::vector<URL>& wanted)
@@ -267,27 +275,45 @@ RowChanges FolderRows::select(const std::vector<URL>& wanted)
     return changes;
 }
 
-void FolderRows::setDetails(const URL& url, const ItemDetails& details)
+std::optional<std::size_t> FolderRows::setDetails(const URL& url, const ItemDetails& details)
 {
-    details_.insert_or_assign(url, KnownDetails{details});
+    for (std::size_t index = 0; index < libraries_.size(); ++index)
+        if (libraries_[index].url == url) {
+            const bool isShown = libraryDetails_.set(index, url.path(), details) && index < shownLibraries_;
+            return isShown ? std::optional(libraries_[index].itemsBefore + index) : std::nullopt;
+        }
+    const auto item = findItem(url);
+    if (!item || !details_.set(*item, url.lastPathComponent(), details))
+        return std::nullopt;
+    std::vector<std::size_t> row{*item};
+    moveToRows(row);
+    return row.front();
 }
 
-std::vector<URL> FolderRows::withoutDetails(std::size_t first, std::size_t count) const
+std::vector<URL> FolderRows::takeWithoutDetails(std::size_t first, std::size_t count, std::size_t limit)
 {
+    first = std::min(first, size());
+    const auto end = first + std::min(count, size() - first);
+    const auto firstLibrary = librariesBefore(first);
+    const auto endLibrary = librariesBefore(end);
     std::vector<URL> result;
-    for (std::size_t index = first; index < size() && index - first < count; ++index) {
-        auto item = url(index);
-        const auto known = details_.find(item);
-        if (known == details_.end() || known->second.stale)
-            result.push_back(std::move(item));
-    }
+    for (const auto library : libraryDetails_.take(firstLibrary, endLibrary, limit))
+        result.push_back(libraries_[library].url);
+    for (const auto item : details_.take(first - firstLibrary, end - endLibrary, limit - result.size()))
+        result.push_back(folder_.appending(table_.name(item)));
     return result;
+}
+
+void FolderRows::giveBackDetails()
+{
+    details_.giveBack();
+    libraryDetails_.giveBack();
 }
 
 void FolderRows::makeDetailsStale()
 {
-    for (auto& [url, known] : details_)
-        known.stale = true;
+    details_.makeAllStale([&](std::size_t item) { return table_.name(item); });
+    libraryDetails_.makeAllStale([&](std::size_t library) { return libraries_[library].url.path(); });
 }
 
 } // namespace tessel

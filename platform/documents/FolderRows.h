@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/documents/DetailsStore.h"
 #include "platform/documents/ListRow.h"
 #include "platform/files/FolderReader.h"
 #include "platform/files/FolderTable.h"
@@ -7,7 +8,6 @@
 #include <cstddef>
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace tessel {
@@ -54,18 +54,18 @@ public:
     /// @returns the rows that changed
     [[nodiscard]] RowChanges select(const std::vector<URL>&);
 
-    void setDetails(const URL&, const ItemDetails&);
-    /// Those of these rows whose details are not known, or may have changed.
-    [[nodiscard]] std::vector<URL> withoutDetails(std::size_t first, std::size_t count) const;
+    /// The answer for an item.
+    /// @returns the row that now shows something else
+    [[nodiscard]] std::optional<std::size_t> setDetails(const URL&, const ItemDetails&);
+    /// Those of these rows whose details are not known, or may have changed, and are not under way; at most `limit`,
+    /// and no more than are needed are looked at. From now on they are under way.
+    [[nodiscard]] std::vector<URL> takeWithoutDetails(std::size_t first, std::size_t count, std::size_t limit);
+    /// The details that are under way do not come any more.
+    void giveBackDetails();
     /// Lets all details be fetched again; they are shown until then.
     void makeDetailsStale();
-    [[nodiscard]] std::optional<std::size_t> find(const URL&) const;
 
 private:
-    struct KnownDetails {
-        ItemDetails details;
-        bool stale = false;
-    };
     /// What a row stands for: a library, or the item of this index.
     struct Place {
         const LibraryRow* library;
@@ -75,7 +75,9 @@ private:
     [[nodiscard]] Place place(std::size_t index) const;
     [[nodiscard]] ListRow libraryRow(const LibraryRow&) const;
     [[nodiscard]] ListRow itemRow(std::size_t item) const;
-    void addKnownDetails(ListRow&) const;
+    void markStale(const std::vector<FolderChange>&);
+    [[nodiscard]] std::size_t librariesBefore(std::size_t row) const;
+    [[nodiscard]] std::optional<std::size_t> findItem(const URL&) const;
     void placeLibraries(bool isComplete);
     void moveToRows(std::vector<std::size_t>& items) const;
     template <typename Change>
@@ -86,7 +88,8 @@ private:
     FolderTable table_;
     std::vector<LibraryRow> libraries_; ///< sorted by title
     std::size_t shownLibraries_ = 0;
-    std::unordered_map<URL, KnownDetails> details_;
+    DetailsStore details_;        ///< of items
+    DetailsStore libraryDetails_; ///< of libraries, by path
 };
 
 } // namespace tessel
