@@ -179,6 +179,27 @@ TEST_F(DocumentListControllerTest, TellsARemovedFolderOnceAndFindsItAgainWhenItI
     EXPECT_THAT(titles(*list), ElementsAre("b"));
 }
 
+TEST_F(DocumentListControllerTest, LooksEveryFiveSecondsWhetherAFolderIsBack)
+{
+    drive.tree("F/a");
+    const auto list = shown("F");
+    fs::rename(drive.url("F").path(), drive.url("G").path());
+    ASSERT_TRUE(platform.runUntil([&] { return list->state() == ListState::Failed; }));
+    list->delegate.reset();
+    int told = 0;
+    list->rowsChanged = [&](const RowChanges&) { told++; };
+    for (int attempt = 0; attempt < 3; ++attempt)
+        platform.turn(5);
+    EXPECT_EQ(told, 0);
+    fs::rename(drive.url("G").path(), drive.url("F").path());
+    EXPECT_TRUE(platform.runUntil([&] {
+        platform.turn(5);
+        return list->state() == ListState::Complete;
+    }));
+    EXPECT_FALSE(list->failure());
+    EXPECT_THAT(titles(*list), ElementsAre("a"));
+}
+
 TEST_F(DocumentListControllerTest, LivesThroughItsLastOwnerGoingWhileItTells)
 {
     delegate->list = shown(DocumentListController::create(drive.folder("F")));
