@@ -257,6 +257,8 @@ Answer Commands::help(Arguments)
 {
     std::string text;
     for (const auto& command : kCommands) {
+        if (command.run == &Commands::notYet)
+            continue;
         auto usage = "  " + std::string(command.word) + " " + std::string(command.parameters);
         usage.resize(std::max<std::size_t>(usage.size(), 24), ' ');
         text += usage + "  " + std::string(command.summary) + "\n";
