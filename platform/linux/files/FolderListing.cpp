@@ -77,7 +77,7 @@ int visitEntries(int folder, const std::function<bool(std::string_view, unsigned
             const auto* entry = reinterpret_cast<const dirent64*>(buffer.get() + offset);
             offset += entry->d_reclen;
             const std::string_view name = entry->d_name;
-            if (name != "." && name != ".." && !visit(name, DTTOIF(entry->d_type)))
+            if (name != "." && name != ".." && !visit(name, static_cast<mode_t>(DTTOIF(entry->d_type))))
                 return 0;
         }
     }
