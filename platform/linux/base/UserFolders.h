@@ -5,7 +5,7 @@
 namespace tessel {
 
 /// Where the user's programs keep their data: $XDG_DATA_HOME, or ".local/share" in the user's own folder (XDG Base
-/// Directory Specification). Empty when the user has no folder.
+/// Directory, freedesktop). Empty when the user has no folder.
 [[nodiscard]] std::string userDataFolder();
 /// The same for what is worth keeping between two runs, and no more: $XDG_STATE_HOME, or ".local/state".
 [[nodiscard]] std::string userStateFolder();

@@ -1,14 +1,17 @@
 #include "platform/linux/files/LinuxFolderReader.h"
 
 #include "platform/linux/files/FolderSearchTask.h"
-#include "platform/linux/files/FolderWorkers.h"
 #include "platform/linux/files/OpenFolder.h"
+#include "platform/run/OperationQueue.h"
 
 #include <utility>
 
 namespace tessel {
 
 namespace {
+
+// So many that one disk that hangs does not hold up the others; they are started as they are needed.
+constexpr std::size_t kWorkers = 8;
 
 class LinuxFolderReading final : public FolderReading {
 public:
@@ -35,7 +38,7 @@ private:
 
 LinuxFolderReader::LinuxFolderReader(const FolderServices& services, std::size_t changedNamesLimit)
     : services_(services), monitor_(std::make_unique<FolderMonitor>(services.log, changedNamesLimit)),
-      workers_(std::make_unique<FolderWorkers>(services.log))
+      workers_(std::make_unique<OperationQueue>("folders", QualityOfService::UserInitiated, kWorkers))
 {
 }
 
@@ -54,7 +57,7 @@ std::unique_ptr<FolderSearch> LinuxFolderReader::search(std::vector<URL> folders
                                                         SearchClient client)
 {
     auto task = std::make_shared<FolderSearchTask>(folders, query, std::move(client), services_);
-    workers_->run([task] { task->run(); });
+    workers_->addOperation([task] { task->run(); });
     return std::make_unique<LinuxFolderSearch>(std::move(task));
 }
 

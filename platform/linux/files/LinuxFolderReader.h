@@ -10,8 +10,8 @@ namespace tessel {
 class CloudService;
 class FileManager;
 class FolderMonitor;
-class FolderWorkers;
 class MainQueue;
+class OperationQueue;
 class TextServices;
 class TypeRegistry;
 class UnifiedLog;
@@ -45,7 +45,7 @@ public:
 private:
     const FolderServices services_;
     const std::unique_ptr<FolderMonitor> monitor_;
-    const std::unique_ptr<FolderWorkers> workers_; // ends before the monitor that its tasks use
+    const std::unique_ptr<OperationQueue> workers_; // ends before the monitor that its tasks use
 };
 
 } // namespace tessel

@@ -3,9 +3,9 @@
 #include "platform/linux/base/ErrnoError.h"
 #include "platform/linux/cloud/Placeholder.h"
 #include "platform/linux/files/FolderListing.h"
-#include "platform/linux/files/FolderWorkers.h"
 #include "platform/linux/files/ItemDetails.h"
 #include "platform/run/MainQueue.h"
+#include "platform/run/OperationQueue.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -31,21 +31,21 @@ FileDescriptor openFolder(const URL& url, int mode)
 } // namespace
 
 OpenFolder::OpenFolder(const URL& url, FolderReadingClient client, const FolderServices& services,
-                       FolderMonitor& monitor, FolderWorkers& workers)
+                       FolderMonitor& monitor, OperationQueue& workers)
     : url_(url), client_(std::move(client)), services_(services), monitor_(monitor), workers_(workers)
 {
 }
 
 void OpenFolder::begin()
 {
-    workers_.run([self = shared_from_this()] { self->read(); });
+    workers_.addOperation([self = shared_from_this()] { self->read(); });
 }
 
 void OpenFolder::end()
 {
     ended_ = true;
     // On a worker, for the monitor may be held up by a disk that hangs.
-    workers_.run([self = shared_from_this()] { self->monitor_.unwatch(*self); });
+    workers_.addOperation([self = shared_from_this()] { self->monitor_.unwatch(*self); });
 }
 
 /// Calls back on the main thread, unless the reading has ended by then.
@@ -94,7 +94,7 @@ void OpenFolder::read()
     if (error != 0)
         tell(&FolderReadingClient::failed, Last::Yes, errnoError(error, url_));
     else
-        workers_.run([self = shared_from_this()] { self->followNews(); });
+        workers_.addOperation([self = shared_from_this()] { self->followNews(); });
 }
 
 int OpenFolder::readFirstTime(int folder)
@@ -130,7 +130,7 @@ void OpenFolder::folderChanged(FolderNews news)
 void OpenFolder::followSoon()
 {
     if (toldButNotTaken_ == 0 && !std::exchange(isFollowing_, true))
-        workers_.run([self = shared_from_this()] { self->followNews(); });
+        workers_.addOperation([self = shared_from_this()] { self->followNews(); });
 }
 
 void OpenFolder::followNews()
@@ -269,7 +269,7 @@ void OpenFolder::fetchDetails(std::vector<URL> items)
     wantedDetails_.assign(items.rbegin(), items.rend());
     wantedRound_ = ++detailsRound_;
     if (!items.empty() && !std::exchange(isFetching_, true))
-        workers_.run([self = shared_from_this()] { self->fetchNextDetails(); });
+        workers_.addOperation([self = shared_from_this()] { self->fetchNextDetails(); });
 }
 
 /// Has the items of a folder in this one counted again when their number changes.

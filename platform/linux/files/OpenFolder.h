@@ -24,7 +24,7 @@ class FolderListing;
 /// taken what it was told, the folder is not followed: news are gathered, and the tasks for the main thread stay few.
 class OpenFolder final : public FolderMonitor::Listener, public std::enable_shared_from_this<OpenFolder> {
 public:
-    OpenFolder(const URL&, FolderReadingClient, const FolderServices&, FolderMonitor&, FolderWorkers&);
+    OpenFolder(const URL&, FolderReadingClient, const FolderServices&, FolderMonitor&, OperationQueue&);
 
     // On the main thread.
 
@@ -77,7 +77,7 @@ private:
     const FolderReadingClient client_; ///< called on the main thread only
     const FolderServices services_;
     FolderMonitor& monitor_;
-    FolderWorkers& workers_;
+    OperationQueue& workers_;
 
     std::atomic<bool> ended_ = false; ///< set on the main thread: nothing is told any more
     std::size_t detailsToCome_ = 0;   ///< main thread only

@@ -22,7 +22,7 @@ public:
     SharedMimeTypes(std::string locale, std::vector<std::string> dataFolders);
     ~SharedMimeTypes() override;
 
-    /// XDG_DATA_HOME and XDG_DATA_DIRS, with their defaults (XDG Base Directory Specification).
+    /// XDG_DATA_HOME and XDG_DATA_DIRS, with their defaults (XDG Base Directory, freedesktop).
     [[nodiscard]] static std::vector<std::string> userDataFolders();
 
     [[nodiscard]] std::optional<std::string> identifierForExtension(std::string_view extension) const override;

@@ -9,7 +9,7 @@
 
 namespace tessel {
 
-/// The file-name patterns of a MIME database (shared MIME-info specification, "globs2").
+/// The file-name patterns of a MIME database (shared MIME-info, freedesktop: "globs2").
 class SharedMimeTypesGlobs {
 public:
     struct Match {
