@@ -303,6 +303,20 @@ TEST_F(NavControllerTest, LeavesFoldersThatWereMovedAway)
     EXPECT_EQ(topList()->presentedURL(), drive.url("A"));
 }
 
+// The lists that a jump makes have not read their folders when they are uncovered one after the other.
+TEST_F(NavControllerTest, LeavesFoldersThatWereRemovedBeforeTheyWereRead)
+{
+    drive.tree("A/B/C/ deep->A/B/C");
+    launch();
+    tap("deep");
+    ASSERT_EQ(titles().size(), 4U);
+    std::filesystem::remove_all(drive.url("A").path());
+
+    EXPECT_TRUE(platform.runUntil([&] { return titles().size() == 1; }));
+    platform.settle();
+    EXPECT_EQ(topList()->state(), ListState::Complete);
+}
+
 TEST_F(NavControllerTest, LogsALaunchByShortcut)
 {
     EXPECT_FALSE(delegate.applicationWillFinishLaunchingWithOptions({ShortcutItem{"search", {}}}));
