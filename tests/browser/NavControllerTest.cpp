@@ -18,8 +18,6 @@ namespace {
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsSupersetOf;
-using testing::Not;
 
 constexpr const char* kTokenKey = "orvane.TesselDriveApp.UbiquityIdentityToken";
 
