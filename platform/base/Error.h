@@ -16,7 +16,6 @@ enum class Domain {
 namespace ErrorCode {
 inline constexpr int kNoSuchFile = 4;
 inline constexpr int kReadNoPermission = 257;
-inline constexpr int kFileDoesNotExist = 260;
 inline constexpr int kReadCorrupt = 259;
 inline constexpr int kUnsupported = 3328;
 } // namespace ErrorCode

@@ -9,7 +9,6 @@ namespace tessel {
 /// Identifiers that the program names itself.
 namespace TypeIdentifier {
 inline constexpr std::string_view kData = "public.data";
-inline constexpr std::string_view kContent = "public.content";
 inline constexpr std::string_view kFolder = "public.folder";
 inline constexpr std::string_view kSymbolicLink = "public.symlink";
 inline constexpr std::string_view kPackage = "public.package";
