@@ -1,0 +1,36 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace tessel {
+
+class Application;
+
+/// The whole application in a window of the desktop or the phone. Main thread only; one at a time.
+class WindowShell {
+public:
+    /// Looks for a display and chooses the way to it, before a WindowShell is made.
+    /// @returns why no window can be opened, in words for the user; none when one can
+    [[nodiscard]] static std::optional<std::string> whyNoWindow();
+
+    /// Connects to the display, and tells the device's screen, kind, writing direction and text size, all of which a
+    /// launching application reads. Becomes the main queue's wake handler.
+    /// @param endDescriptor readable once the process is asked to end, which then counts as closing the window; -1:
+    /// none
+    explicit WindowShell(int endDescriptor);
+    ~WindowShell();
+    WindowShell(const WindowShell&) = delete;
+    WindowShell& operator=(const WindowShell&) = delete;
+
+    /// Shows a launched application until its window is closed; it then resigns active.
+    void run(Application&);
+
+private:
+    struct Parts;
+
+    std::unique_ptr<Parts> parts_;
+};
+
+} // namespace tessel
