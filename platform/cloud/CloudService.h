@@ -41,6 +41,22 @@ public:
     [[nodiscard]] virtual bool isInDrive(const URL&) const = 0;
     [[nodiscard]] virtual bool isInTrash(const URL&) const = 0;
 
+    /// Where the item lies below the folder that holds all containers ("orvane~Quillbox/Documents/Plan.txt"), links on
+    /// the way to it resolved; none for a URL outside the drive. A bound drive counts as the default container.
+    [[nodiscard]] virtual std::optional<std::string> pathInSyncedRoot(const URL&) const = 0;
+    /// Whether what lies in one container can be moved into another as it is, nothing downloaded for it.
+    [[nodiscard]] virtual bool canMoveWithoutDownloading(const CloudContainer& from,
+                                                         const CloudContainer& to) const = 0;
+
+    /// Whether the item is a small file that stands for a document elsewhere in the drive, whether that can be found or
+    /// not. Its content is not read.
+    [[nodiscard]] virtual bool isExternalDocumentReference(const URL&) const = 0;
+    /// The document that a reference stands for, or the promise of it while it is not on the device; a document that
+    /// was moved is found where it is now, and one reference may stand for another.
+    /// @returns a corrupt-file error (259) for what is no sound reference, or one of a ring, and a no-such-file error
+    ///          (4) when its document is not in the drive
+    virtual Result<URL> resolveExternalDocumentReference(const URL&) const = 0;
+
     /// The item's tag names; empty without any.
     virtual Result<std::vector<std::string>> tagNames(const URL&) const = 0;
 };

@@ -5,6 +5,7 @@
 #include "platform/base/Value.h"
 
 #include <map>
+#include <optional>
 #include <span>
 
 namespace tessel {
@@ -26,6 +27,7 @@ enum class ResourceKey {
     SharedItemRole,           ///< text, one of SharedItemRole
     DownloadingStatus,        ///< text, one of DownloadingStatus
     ThumbnailDictionary,      ///< dictionary from a size's name to an image file's URL
+    DocumentIdentifier,       ///< integer, above 0 and of 32 bits; the first question has the document given one
 };
 
 namespace SharedItemRole {
@@ -61,6 +63,10 @@ public:
 
     /// Where the item really lies: its placeholder while it is not downloaded, else the very same URL object.
     [[nodiscard]] virtual URL physicalURLOfPromisedItem(const URL&) const = 0;
+
+    /// The URL of the item that a promise stands for: the document's own, while the promise is its placeholder. None
+    /// for what is no promise.
+    [[nodiscard]] virtual std::optional<URL> logicalURLOfPromise(const URL&) const = 0;
 
     /// Begins security-scoped access; a call that answers true is balanced by one stop.
     [[nodiscard]] virtual bool startAccessingSecurityScopedResource(const URL&) = 0;

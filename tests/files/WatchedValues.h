@@ -34,6 +34,10 @@ public:
     {
         return inner_.physicalURLOfPromisedItem(url);
     }
+    [[nodiscard]] std::optional<URL> logicalURLOfPromise(const URL& url) const override
+    {
+        return inner_.logicalURLOfPromise(url);
+    }
     [[nodiscard]] bool startAccessingSecurityScopedResource(const URL&) override { return ++openAccesses > 0; }
     void stopAccessingSecurityScopedResource(const URL&) override { --openAccesses; }
 

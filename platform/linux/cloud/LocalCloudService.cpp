@@ -55,25 +55,20 @@ Result<std::unique_ptr<LocalCloudService>> LocalCloudService::open(const CloudOp
 
 LocalCloudService::LocalCloudService(const CloudOptions& options, std::unique_ptr<Catalog> catalog,
                                      const Catalog::Containers& containers)
-    : options_(options), catalog_(std::move(catalog))
+    : options_(options), catalog_(std::move(catalog)), places_(options.files)
 {
-    auto defaultContainer = defaultContainerIn(syncedRootIn(options.home));
+    const auto root = syncedRootIn(options.home);
+    auto defaultContainer = defaultContainerIn(root);
     defaultContainer.localizedName = options.text.localized("Tessel Drive");
     if (options.drive)
         defaultContainer.documentsURL = *options.drive;
-    add(std::move(defaultContainer));
+    places_.add(std::move(defaultContainer), containerFolderName(kDefaultContainerIdentifier));
     (void)identityToken();
     if (options.drive)
         return;
     for (const auto& container : containers)
         if (container->identifier != kDefaultContainerIdentifier)
-            add(*container);
-}
-
-void LocalCloudService::add(CloudContainer container)
-{
-    auto resolved = options_.files.resolvingSymbolicLinks(container.documentsURL);
-    places_.push_back({std::make_shared<const CloudContainer>(std::move(container)), std::move(resolved)});
+            places_.add(*container, container->documentsURL.path().substr(root.path().size() + 1));
 }
 
 std::optional<Data> LocalCloudService::identityToken() const
@@ -140,56 +135,43 @@ void LocalCloudService::announceIdentityChange()
 
 std::shared_ptr<const CloudContainer> LocalCloudService::defaultContainer() const
 {
-    return places_.front().container;
+    return places_.all().front().container;
 }
 
 std::vector<std::shared_ptr<const CloudContainer>> LocalCloudService::libraries() const
 {
     std::vector<std::shared_ptr<const CloudContainer>> libraries;
-    for (std::size_t i = 1; i < places_.size(); ++i)
-        if (isFolder(places_[i].container->documentsURL))
-            libraries.push_back(places_[i].container);
+    for (std::size_t i = 1; i < places_.all().size(); ++i)
+        if (const auto& container = places_.all()[i].container; isFolder(container->documentsURL))
+            libraries.push_back(container);
     return libraries;
 }
 
 std::shared_ptr<const CloudContainer> LocalCloudService::containerForURL(const URL& url) const
 {
-    return containerAt(withFolderResolved(url));
-}
-
-std::shared_ptr<const CloudContainer> LocalCloudService::containerAt(const URL& resolved) const
-{
-    const auto holdsIt = [&](const Place& place) { return place.realDocumentsURL.contains(resolved); };
-    const auto found = std::find_if(places_.begin(), places_.end(), holdsIt);
-    return found == places_.end() ? nullptr : found->container;
-}
-
-// Where the item itself lies: a link is not followed, but those on the way to it are.
-URL LocalCloudService::withFolderResolved(const URL& url) const
-{
-    if (url.lastPathComponent() == "..")
-        return options_.files.resolvingSymbolicLinks(url);
-    return options_.files.resolvingSymbolicLinks(url.deletingLastPathComponent()).appending(url.lastPathComponent());
+    const auto* place = places_.holding(places_.withFolderResolved(url));
+    return place ? place->container : nullptr;
 }
 
 bool LocalCloudService::isContainerTopFolder(const URL& url) const
 {
-    if (places_.size() == 1)
+    if (places_.all().size() == 1)
         return false;
-    const auto location = withFolderResolved(url);
-    return std::any_of(places_.begin() + 1, places_.end(),
-                       [&](const Place& place) { return place.realDocumentsURL == location; });
+    const auto location = places_.withFolderResolved(url);
+    return std::any_of(places_.all().begin() + 1, places_.all().end(),
+                       [&](const auto& place) { return place.realDocumentsURL == location; });
 }
 
 bool LocalCloudService::isInDrive(const URL& url) const
 {
-    return containerAt(options_.files.resolvingSymbolicLinks(url)) != nullptr;
+    return places_.holding(options_.files.resolvingSymbolicLinks(url)) != nullptr;
 }
 
 bool LocalCloudService::isInTrash(const URL& url) const
 {
-    const auto trash = places_.front().realDocumentsURL.appending(".Trash");
-    return trash.contains(withFolderResolved(url)) || trash.contains(options_.files.resolvingSymbolicLinks(url));
+    const auto trash = places_.all().front().realDocumentsURL.appending(".Trash");
+    return trash.contains(places_.withFolderResolved(url)) ||
+           trash.contains(options_.files.resolvingSymbolicLinks(url));
 }
 
 Result<std::vector<std::string>> LocalCloudService::tagNames(const URL& url) const

@@ -2,6 +2,7 @@
 
 #include "platform/cloud/CloudService.h"
 #include "platform/linux/cloud/Catalog.h"
+#include "platform/linux/cloud/DrivePlaces.h"
 
 namespace tessel {
 
@@ -54,19 +55,19 @@ public:
     [[nodiscard]] bool isInDrive(const URL&) const override;
     [[nodiscard]] bool isInTrash(const URL&) const override;
 
+    [[nodiscard]] std::optional<std::string> pathInSyncedRoot(const URL&) const override;
+    [[nodiscard]] bool canMoveWithoutDownloading(const CloudContainer& from, const CloudContainer& to) const override;
+
+    [[nodiscard]] bool isExternalDocumentReference(const URL&) const override;
+    Result<URL> resolveExternalDocumentReference(const URL&) const override;
+
     Result<std::vector<std::string>> tagNames(const URL&) const override;
 
 private:
-    struct Place {
-        std::shared_ptr<const CloudContainer> container;
-        URL realDocumentsURL; ///< links resolved
-    };
-
     LocalCloudService(const CloudOptions&, std::unique_ptr<Catalog>, const Catalog::Containers&);
 
-    void add(CloudContainer);
-    [[nodiscard]] std::shared_ptr<const CloudContainer> containerAt(const URL& resolved) const;
-    [[nodiscard]] URL withFolderResolved(const URL&) const;
+    [[nodiscard]] Result<URL> targetOfReference(const URL&) const;
+    [[nodiscard]] Result<URL> itemOrPromise(const URL&) const;
     [[nodiscard]] std::optional<Error> refusalOfName(const std::string& accountName) const;
     void announceIdentityChange();
     void forgetToken();
@@ -76,7 +77,7 @@ private:
     mutable std::mutex mutex_;              ///< of the two that follow
     mutable std::optional<Data> lastToken_; ///< as it was read last
     mutable bool isReadable_ = true;        ///< false after the catalogue could not be read, until it can again
-    std::vector<Place> places_;             ///< the default container first; fixed once made
+    DrivePlaces places_;                    ///< fixed once made
 };
 
 } // namespace tessel

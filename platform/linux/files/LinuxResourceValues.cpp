@@ -221,4 +221,12 @@ URL LinuxResourceValues::physicalURLOfPromisedItem(const URL& url) const
     return exists(placeholder) && !exists(url) ? placeholder : url;
 }
 
+std::optional<URL> LinuxResourceValues::logicalURLOfPromise(const URL& url) const
+{
+    if (!isPlaceholderName(url.lastPathComponent()))
+        return std::nullopt;
+    const auto record = readPlaceholder(url);
+    return record ? std::optional(url.deletingLastPathComponent().appending(record->name)) : std::nullopt;
+}
+
 } // namespace tessel

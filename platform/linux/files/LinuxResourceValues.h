@@ -19,6 +19,7 @@ public:
     Result<Values> values(std::span<const ResourceKey> keys, const URL&, ValueVariant) const override;
     [[nodiscard]] bool promisedItemIsReachable(const URL&) const override;
     [[nodiscard]] URL physicalURLOfPromisedItem(const URL&) const override;
+    [[nodiscard]] std::optional<URL> logicalURLOfPromise(const URL&) const override;
 
     /// A plain file system opens to whoever may read it: access is never begun, so that there is none to end.
     [[nodiscard]] bool startAccessingSecurityScopedResource(const URL&) override { return false; }

@@ -1,0 +1,80 @@
+#include "platform/files/FileManager.h"
+#include "platform/linux/base/ErrnoError.h"
+#include "platform/linux/cloud/ExternalReference.h"
+#include "platform/linux/cloud/LocalCloudService.h"
+#include "platform/linux/cloud/Placeholder.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+
+namespace tessel {
+
+namespace {
+
+constexpr int kMaximumSteps = 8; // from reference to reference: more are a ring, or as good as one
+
+bool isRegularFile(const FileManager& files, const URL& url)
+{
+    const auto attributes = files.attributes(url.path());
+    return attributes && attributes->kind == FileKind::RegularFile;
+}
+
+} // namespace
+
+std::optional<std::string> LocalCloudService::pathInSyncedRoot(const URL& url) const
+{
+    return places_.pathInRoot(url);
+}
+
+// A document that is not on the device is a placeholder, which moves as any file does, and its content lies in the one
+// store of the home. So it is enough that both folders are there and the second takes what is moved.
+bool LocalCloudService::canMoveWithoutDownloading(const CloudContainer& from, const CloudContainer& to) const
+{
+    return ::access(from.documentsURL.path().c_str(), X_OK) == 0 &&
+           ::access(to.documentsURL.path().c_str(), W_OK | X_OK) == 0;
+}
+
+bool LocalCloudService::isExternalDocumentReference(const URL& url) const
+{
+    return isExternalReferenceName(url) &&
+           (isRegularFile(options_.files, url) || isRegularFile(options_.files, placeholderURL(url)));
+}
+
+Result<URL> LocalCloudService::resolveExternalDocumentReference(const URL& url) const
+{
+    auto reference = url;
+    for (int step = 0; step < kMaximumSteps; ++step) {
+        if (!isExternalDocumentReference(reference))
+            return step == 0 ? Result<URL>(damagedReferenceError(url)) : itemOrPromise(reference);
+        auto target = targetOfReference(reference);
+        if (!target)
+            return target;
+        reference = std::move(target.value());
+    }
+    return damagedReferenceError(url);
+}
+
+/// @returns the logical URL, which may be a reference again
+Result<URL> LocalCloudService::targetOfReference(const URL& url) const
+{
+    const auto reference = readExternalReference(url);
+    if (!reference)
+        return reference.error();
+    const auto target = reference->path ? places_.urlAt(*reference->path) : std::nullopt;
+    if (!target || !isInDrive(*target))
+        return errnoError(ENOENT, url);
+    return *target;
+}
+
+Result<URL> LocalCloudService::itemOrPromise(const URL& url) const
+{
+    if (options_.files.attributes(url.path()))
+        return url;
+    const auto placeholder = placeholderURL(url);
+    if (options_.files.attributes(placeholder.path()))
+        return placeholder;
+    return errnoError(ENOENT, url);
+}
+
+} // namespace tessel
