@@ -31,10 +31,16 @@ QString themeNameOfSettingsFile()
                           : QSettings(path, QSettings::IniFormat).value("Settings/gtk-icon-theme-name").toString();
 }
 
+// "hicolor" is the specification's last resort and has no icons of documents.
+bool hasTheme()
+{
+    const auto name = QIcon::themeName();
+    return !name.isEmpty() && name != "hicolor";
+}
+
 void chooseTheme()
 {
-    const auto current = QIcon::themeName();
-    if (!current.isEmpty() && current != "hicolor") // which is the specification's last resort and has no such icons
+    if (hasTheme())
         return;
     if (const auto name = themeNameOfSettingsFile(); !name.isEmpty())
         QIcon::setThemeName(name);
@@ -44,11 +50,6 @@ void chooseTheme()
 bool isLargeEnough(QSize picture, QSize wanted)
 {
     return longerSide(picture) * 4 >= longerSide(wanted) * 3;
-}
-
-bool themeHas(const QString& name, QSize size)
-{
-    return QIcon::hasThemeIcon(name) && isLargeEnough(QIcon::fromTheme(name).actualSize(size), size);
 }
 
 // What a theme that knows none of an item's names calls its kind. Libraries, packages and links are this program's.
@@ -106,9 +107,17 @@ bool IconProvider::themeCounts(QSize pixels)
     const auto known = themeCounts_.constFind(side);
     if (known != themeCounts_.constEnd())
         return *known;
-    const bool counts = themeHas("folder", pixels) && themeHas("text-x-generic", pixels);
+    const bool counts = hasTheme() && themeHas("folder", pixels) && themeHas("text-x-generic", pixels);
     themeCounts_.insert(side, counts);
     return counts;
+}
+
+bool IconProvider::themeHas(const QString& name, QSize pixels)
+{
+    auto known = themeNames_.find(name);
+    if (known == themeNames_.end())
+        known = themeNames_.insert(name, QIcon::hasThemeIcon(name));
+    return *known && isLargeEnough(QIcon::fromTheme(name).actualSize(pixels), pixels);
 }
 
 } // namespace tessel::qt

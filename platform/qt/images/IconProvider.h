@@ -23,9 +23,11 @@ private:
     [[nodiscard]] QPixmap find(const QStringList& names, const QString& kind, QSize);
     [[nodiscard]] QPixmap fromTheme(const QStringList& names, const QString& kind, QSize);
     [[nodiscard]] bool themeCounts(QSize);
+    [[nodiscard]] bool themeHas(const QString& name, QSize);
 
-    QCache<QString, QPixmap> found_; ///< By identifier and size; its cost is counted in bytes.
-    QHash<int, bool> themeCounts_;   ///< By the longer side in pixels.
+    QCache<QString, QPixmap> found_;  ///< By identifier and size; its cost is counted in bytes.
+    QHash<int, bool> themeCounts_;    ///< By the longer side in pixels.
+    QHash<QString, bool> themeNames_; ///< Names asked for; to look for one in vain takes milliseconds.
 };
 
 } // namespace tessel::qt
