@@ -77,7 +77,7 @@ void NavController::showDrive()
 {
     TSD_FUNCTION("-[NavController setupInitialViewController]");
     TSD_DEBUG("Tessel is enabled");
-    toolbarHidden = false;
+    setToolbarHidden(false);
     const auto list = DocumentListController::create();
     if (!list) {
         TSD_ERROR("Creating the document list controller failed");
@@ -96,7 +96,7 @@ void NavController::showUnavailable()
         setViewControllers({unavailable}, Animated::No);
     else
         TSD_ERROR("Creating the unavailable view controller failed");
-    toolbarHidden = true;
+    setToolbarHidden(true);
 }
 
 bool NavController::checkTesselState() const
@@ -125,7 +125,7 @@ void NavController::initNewListController(DocumentListController& list)
     list.offeredActions = bit(Delete) | bit(Rename) | bit(Share) | bit(Info) | bit(Move) | bit(Pop);
     if (list.title().empty())
         TSD_WARNING("Warning: newList title not set");
-    list.view().backgroundColor = Color::white();
+    list.view().setBackgroundColor(Color::white());
     list.delegate = std::static_pointer_cast<NavController>(shared_from_this());
 }
 
@@ -171,7 +171,7 @@ void NavController::navigationControllerDidShowViewController(NavigationControll
     if (editMode)
         editMode = list->editing();
     initNewListController(*list);
-    toolbarHidden = false;
+    setToolbarHidden(false);
 }
 
 void NavController::documentListControllerItemsChanged(DocumentListController&)

@@ -12,7 +12,7 @@ bool AppDelegate::applicationWillFinishLaunchingWithOptions(const LaunchOptions&
     TSD_FUNCTION("-[AppDelegate application:willFinishLaunchingWithOptions:]");
     const auto& device = platform::installed().device;
     rootWindow = std::make_shared<Window>(device.screenBounds());
-    rootWindow->backgroundColor = Color::white();
+    rootWindow->setBackgroundColor(Color::white());
     const auto navigation = std::make_shared<NavController>();
     if (device.idiom != Idiom::Pad || Settings::quickLaunch())
         rootWindow->setRootViewController(navigation);

@@ -78,11 +78,11 @@ std::string reason(const std::optional<Error>& failure)
 
 void addNavigationBar(Screen& screen, const ShownControllers& shown)
 {
-    add(screen, "title", {shown.top->navigationItem.title});
+    add(screen, "title", {shown.top->navigationItem.title()});
     const auto target = shown.navigation->backTarget();
     if (!target)
         return;
-    const auto& title = target->navigationItem.title;
+    const auto& title = target->navigationItem.title();
     screen.push_back({"back", {title}, title, [navigation = shown.navigation] { navigation->pressBack(); }, {}});
 }
 

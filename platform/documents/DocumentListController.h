@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/base/Error.h"
+#include "platform/documents/ListAction.h"
 #include "platform/documents/ListRow.h"
 #include "platform/files/FolderTable.h"
 #include "platform/ui/ViewController.h"
@@ -30,6 +31,20 @@ public:
     virtual void documentListControllerDidSelectItemAtURL(DocumentListController&, const URL&) = 0;
     /// The items, or which of them are selected, have changed.
     virtual void documentListControllerItemsChanged(DocumentListController&) = 0;
+    /// An action was asked for, from a row's menu or gesture.
+    /// @param action a ListAction's code
+    /// @param originatingView where it was asked for; null: not known
+    /// @param completion called when the row may close its gesture; empty: nobody waits
+    virtual void documentListControllerPerformAction(DocumentListController&, int /*action*/, const URL&,
+                                                     const std::shared_ptr<View>& /*originatingView*/,
+                                                     const std::function<void()>& /*completion*/)
+    {
+    }
+    /// Whether that would do anything. Actions that would not are not shown.
+    [[nodiscard]] virtual bool documentListControllerCanPerformAction(const DocumentListController&, ListAction) const
+    {
+        return false;
+    }
     /// The presented folder was removed or moved away. Told once, when the list is the top one of its stack.
     virtual void documentListControllerURLWasRemoved(DocumentListController&) = 0;
 };
@@ -77,6 +92,16 @@ public:
     [[nodiscard]] bool editing() const { return editing_; }
     /// Leaving editing clears the selection.
     void setEditing(bool, Animated);
+
+    /// The actions that can be asked for now, in the order of a menu.
+    [[nodiscard]] std::vector<ListAction> actions() const;
+    /// Asks the delegate for an action on one of the items.
+    void performAction(ListAction, const URL&, const std::shared_ptr<View>& originatingView,
+                       const std::function<void()>& completion);
+
+    /// How lists show their items, which the user chooses for all of them; kept for the next start.
+    [[nodiscard]] static ListMode listMode();
+    static void setListMode(ListMode);
 
     /// Whether the list has a search field.
     [[nodiscard]] virtual bool shouldShowSearch() const { return true; }

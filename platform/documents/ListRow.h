@@ -28,7 +28,8 @@ struct ListRow {
     std::optional<std::uint32_t> itemCount; ///< visible items; of folders and libraries
     std::optional<Date> modified;
     std::vector<std::string> tags;
-    bool inCloud = false; ///< its content is not on the device
+    bool inCloud = false;                        ///< its content is not on the device
+    std::optional<double> downloadProgress = {}; ///< from 0 to 1, while its content is coming
     bool selected = false;
 };
 

@@ -22,7 +22,10 @@ class SearchController : public ViewController {
 public:
     static constexpr std::size_t kMostResults = 10'000; ///< more than anyone reads
 
-    explicit SearchController(std::weak_ptr<DocumentListController> list) : list_(std::move(list)) {}
+    explicit SearchController(std::weak_ptr<DocumentListController> list) : list_(std::move(list))
+    {
+        presentationStyle = PresentationStyle::OverCurrentContext;
+    }
 
     [[nodiscard]] std::string className() const override { return "SearchController"; }
 

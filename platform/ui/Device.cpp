@@ -1,5 +1,6 @@
 #include "platform/ui/Device.h"
 
+#include "platform/ui/TextField.h"
 #include "platform/ui/Window.h"
 
 namespace tessel {
@@ -8,7 +9,19 @@ void Device::setScreenBounds(const Rect& bounds)
 {
     screenBounds_ = bounds;
     if (const auto window = keyWindow())
-        window->frame = bounds;
+        window->setFrame(bounds);
+    tellScreenChanged();
+}
+
+void Device::setTextMeasurer(const TextMeasurer* measurer)
+{
+    measurer_ = measurer ? measurer : &fixedMeasurer_;
+}
+
+void Device::tellScreenChanged() const
+{
+    if (screenChanged)
+        screenChanged();
 }
 
 } // namespace tessel

@@ -1,11 +1,14 @@
 #pragma once
 
 #include "platform/ui/Geometry.h"
+#include "platform/ui/TextMeasurer.h"
 
+#include <functional>
 #include <memory>
 
 namespace tessel {
 
+class TextField;
 class Window;
 
 enum class Idiom { Phone, Pad };
@@ -22,13 +25,31 @@ public:
 
     Idiom idiom = Idiom::Phone;
     LayoutDirection layoutDirection = LayoutDirection::LeftToRight;
+    double screenScale = 1; ///< pixels a point
+    double textScale = 1;   ///< the user's text size, from 1 to 2
+
+    [[nodiscard]] const TextMeasurer& textMeasurer() const { return *measurer_; }
+    /// @param measurer outlives its use here; null for fixed advances
+    void setTextMeasurer(const TextMeasurer* measurer);
+
+    /// The field that has the keyboard, or null.
+    [[nodiscard]] std::shared_ptr<TextField> firstResponder() const { return firstResponder_.lock(); }
+
+    /// Told after a change of which controllers are on screen, of what their bars hold, or of the layout's need: the
+    /// shell looks at all of them again in its next turn.
+    std::function<void()> screenChanged;
+    void tellScreenChanged() const;
 
     [[nodiscard]] std::shared_ptr<Window> keyWindow() const { return keyWindow_.lock(); }
 
 private:
+    friend class TextField;
     friend class Window;
 
     Rect screenBounds_;
+    const TextMeasurer* measurer_ = &fixedMeasurer_;
+    FixedTextMeasurer fixedMeasurer_;
+    std::weak_ptr<TextField> firstResponder_;
     std::weak_ptr<Window> keyWindow_;
 };
 

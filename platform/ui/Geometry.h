@@ -3,6 +3,13 @@
 namespace tessel {
 
 /// Sizes and places in points; the origin is the leading top corner, y grows downwards.
+struct Point {
+    double x = 0;
+    double y = 0;
+
+    friend bool operator==(const Point&, const Point&) = default;
+};
+
 struct Size {
     double width = 0;
     double height = 0;
@@ -19,6 +26,16 @@ struct Rect {
     friend bool operator==(const Rect&, const Rect&) = default;
 };
 
+/// Distances inwards from the edges of a rectangle, in points.
+struct EdgeInsets {
+    double top = 0;
+    double leading = 0;
+    double bottom = 0;
+    double trailing = 0;
+
+    friend bool operator==(const EdgeInsets&, const EdgeInsets&) = default;
+};
+
 /// Components from 0 to 1, not premultiplied, sRGB.
 struct Color {
     double red = 0;
@@ -27,9 +44,20 @@ struct Color {
     double alpha = 0;
 
     [[nodiscard]] static constexpr Color white() { return {1, 1, 1, 1}; }
+    [[nodiscard]] static constexpr Color black() { return {0, 0, 0, 1}; }
+    /// A shade from black, 0, to white, 1.
+    [[nodiscard]] static constexpr Color gray(double level, double alpha = 1) { return {level, level, level, alpha}; }
     [[nodiscard]] static constexpr Color clear() { return {0, 0, 0, 0}; }
 
     friend bool operator==(const Color&, const Color&) = default;
+};
+
+/// A line along a rectangle's edge, inside it.
+struct Border {
+    double width = 0; ///< points
+    Color color = Color::black();
+
+    friend bool operator==(const Border&, const Border&) = default;
 };
 
 } // namespace tessel

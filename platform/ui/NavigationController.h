@@ -19,7 +19,8 @@ public:
                                                            Animated animated) = 0;
 };
 
-/// A stack of controllers of which the top one is on screen, with a navigation bar and a toolbar.
+/// A stack of controllers of which the top one is on screen, with a navigation bar and a toolbar. The controllers are
+/// told that they come and go in the task that tells the delegate, so of a burst of changes only the last counts.
 class NavigationController : public ViewController {
 public:
     using Stack = std::vector<std::shared_ptr<ViewController>>;
@@ -37,22 +38,39 @@ public:
     void popViewController(Animated);
     void popToRootViewController(Animated);
 
+    /// What the user sees of this stack: the top controller, or what is presented over it, the last of all.
+    [[nodiscard]] std::shared_ptr<ViewController> visibleViewController() const;
+
+    /// In points, at the user's text size.
+    [[nodiscard]] static double navigationBarHeight();
+    [[nodiscard]] static double toolbarHeight();
+
     /// Where the back button leads: the controller below the top one; null when there is no button.
     [[nodiscard]] std::shared_ptr<ViewController> backTarget() const;
     /// Presses the back button, as the user does: ends what is presented, such as a search, and pops.
-    /// @returns whether there was a button to press.
+    /// @returns whether there was a button to press; there is none under an alert or another full cover.
     bool pressBack();
 
-    bool toolbarHidden = true;
+    [[nodiscard]] bool toolbarHidden() const { return toolbarHidden_; }
+    void setToolbarHidden(bool);
+    /// Whether the last change of the stack was animated: for the shells.
+    [[nodiscard]] Animated lastAnimation() const { return lastAnimation_; }
     NavigationControllerDelegate* delegate = nullptr; ///< lives as long as the controller does
 
 private:
+    [[nodiscard]] Stack shownWithin() const override;
+    void beginAppearing(Animated) override;
+    void beginDisappearing(Animated) override;
+
     void scheduleShow(Animated);
     void show();
 
     Stack stack_;
+    bool toolbarHidden_ = true;
     bool showScheduled_ = false;
     Animated lastAnimation_ = Animated::No;
+    std::shared_ptr<ViewController> shown_; ///< the top controller that was last told so
+    bool hasLeftScreen_ = false;            ///< covered or dismissed; else the stack counts as on screen
 };
 
 } // namespace tessel

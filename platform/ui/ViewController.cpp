@@ -1,16 +1,26 @@
 #include "platform/ui/ViewController.h"
 
+#include "platform/base/Platform.h"
 #include "platform/run/MainQueue.h"
+#include "platform/ui/Device.h"
 #include "platform/ui/NavigationController.h"
+#include "platform/ui/TextField.h"
 
 #include <utility>
 
 namespace tessel {
 
+ViewController::~ViewController()
+{
+    if (view_)
+        view_->willLayoutSubviews_ = nullptr;
+}
+
 View& ViewController::view()
 {
     if (!view_) {
-        view_ = std::make_unique<View>();
+        view_ = loadView();
+        view_->willLayoutSubviews_ = [this] { viewWillLayoutSubviews(); };
         viewDidLoad();
     }
     return *view_;
@@ -19,35 +29,44 @@ View& ViewController::view()
 void ViewController::setTitle(std::string title)
 {
     title_ = std::move(title);
-    navigationItem.title = title_;
+    navigationItem.setTitle(title_);
+}
+
+void ViewController::setToolbarItems(BarButtonItems items)
+{
+    toolbarItems_ = std::move(items);
+    platform::installed().device.tellScreenChanged();
+}
+
+void ViewController::addChild(const std::shared_ptr<ViewController>& child)
+{
+    child->parent_ = weak_from_this();
+    children_.push_back(child);
+    view().addSubview(child->view().shared_from_this());
+    if (appearance_ != Appearance::On && appearance_ != Appearance::Appearing)
+        return;
+    child->beginAppearing(Animated::No);
+    if (appearance_ == Appearance::On)
+        child->endAppearing();
+}
+
+void ViewController::layoutView(const Rect& frame)
+{
+    const auto self = shared_from_this();
+    view().setFrame(frame);
+    view_->layoutIfNeeded();
 }
 
 std::shared_ptr<NavigationController> ViewController::navigationController() const
 {
-    return navigation_.lock();
+    const auto parent = parent_.lock();
+    return parent ? parent->navigationController() : navigation_.lock();
 }
 
-void ViewController::present(std::shared_ptr<ViewController> controller, Animated)
+std::shared_ptr<ViewController> ViewController::container() const
 {
-    if (controller == presented_)
-        return;
-    controller->view();
-    replacePresented(std::move(controller));
-}
-
-void ViewController::dismiss(Animated)
-{
-    replacePresented(nullptr);
-}
-
-void ViewController::replacePresented(std::shared_ptr<ViewController> controller)
-{
-    const auto dismissed = std::exchange(presented_, std::move(controller));
-    if (!dismissed)
-        return;
-    dismissed->replacePresented(nullptr);
-    dismissed->wasDismissed();
-    releaseLater(dismissed);
+    const auto parent = parent_.lock();
+    return parent ? parent : navigation_.lock();
 }
 
 void ViewController::releaseLater(std::shared_ptr<ViewController> controller)

@@ -8,9 +8,13 @@ namespace tessel {
 
 void Window::makeKeyAndVisible()
 {
-    platform::installed().device.keyWindow_ = weak_from_this();
-    if (root_)
-        root_->view();
+    auto& device = platform::installed().device;
+    device.keyWindow_ = std::static_pointer_cast<Window>(shared_from_this());
+    if (const auto root = root_) {
+        root->beginAppearing(Animated::No);
+        root->endAppearing();
+    }
+    device.tellScreenChanged();
 }
 
 } // namespace tessel

@@ -9,14 +9,14 @@ namespace tessel {
 class ViewController;
 
 /// The program's window: a place for one tree of view controllers.
-class Window : public View, public std::enable_shared_from_this<Window> {
+class Window : public View {
 public:
-    explicit Window(const Rect& bounds) { frame = bounds; }
+    explicit Window(const Rect& bounds) : View(bounds) {}
 
     [[nodiscard]] const std::shared_ptr<ViewController>& rootViewController() const { return root_; }
     void setRootViewController(std::shared_ptr<ViewController> root) { root_ = std::move(root); }
 
-    /// Makes this the device's key window and loads the root controller's view.
+    /// Makes this the device's key window, loads the root controller's view and brings it on screen.
     void makeKeyAndVisible();
 
 private:

@@ -93,8 +93,8 @@ TEST_F(NavControllerTest, ShowsTheTopFolderReadyForUse)
     EXPECT_EQ(titles().size(), 1U);
     EXPECT_EQ(topList()->containedItemCount(), 2U);
     EXPECT_EQ(topList()->offeredActions, 0x7DU);
-    EXPECT_EQ(topList()->view().backgroundColor, Color::white());
-    EXPECT_FALSE(navigation()->toolbarHidden);
+    EXPECT_EQ(topList()->view().backgroundColor(), Color::white());
+    EXPECT_FALSE(navigation()->toolbarHidden());
     EXPECT_EQ(navigation()->restorationIdentifier, "Root");
     EXPECT_TRUE(delegate.applicationShouldSaveApplicationState());
 }
@@ -219,7 +219,7 @@ TEST_F(NavControllerTest, FollowsTheAccount)
     ASSERT_EQ(navigation()->viewControllers().size(), 1U);
     EXPECT_TRUE(std::dynamic_pointer_cast<UnavailableViewController>(navigation()->topViewController()));
     EXPECT_EQ(topList(), nullptr);
-    EXPECT_TRUE(navigation()->toolbarHidden);
+    EXPECT_TRUE(navigation()->toolbarHidden());
     EXPECT_TRUE(platform.services().defaults.value(kTokenKey).isNone());
     EXPECT_FALSE(delegate.applicationShouldSaveApplicationState());
     EXPECT_FALSE(delegate.applicationShouldRestoreApplicationState());
@@ -228,7 +228,7 @@ TEST_F(NavControllerTest, FollowsTheAccount)
     platform.settle();
     const auto builtForAda = topList();
     ASSERT_NE(builtForAda, nullptr);
-    EXPECT_FALSE(navigation()->toolbarHidden);
+    EXPECT_FALSE(navigation()->toolbarHidden());
 
     ASSERT_EQ(cloud.signIn("bob"), std::nullopt);
     platform.settle();

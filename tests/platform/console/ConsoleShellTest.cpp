@@ -107,14 +107,14 @@ TEST_F(ConsoleShellTest, RefusesWrongArgumentsAndChangesNothing)
                                    "idiom Tablet", "direction up", "wait -1", "wait soon", "wait", "screen now", "tap",
                                    "log on", "log off debug", "log on shouting", "log", "path Drive"})
         EXPECT_THAT(run({line}), testing::StartsWith("error: ")) << line;
-    EXPECT_EQ(window->frame, (Rect{0, 0, 320, 480}));
+    EXPECT_EQ(window->frame(), (Rect{0, 0, 320, 480}));
     EXPECT_EQ(platform.clock.uptime(), Clock::Ticks::zero());
 }
 
 TEST_F(ConsoleShellTest, ChangesTheDevice)
 {
     EXPECT_EQ(run({"resize 1024 768.5", "idiom tablet", "direction rtl"}), "ok\nok\nok\n");
-    EXPECT_EQ(window->frame, (Rect{0, 0, 1024, 768.5}));
+    EXPECT_EQ(window->frame(), (Rect{0, 0, 1024, 768.5}));
     EXPECT_EQ(platform.services().device.idiom, Idiom::Pad);
     EXPECT_EQ(platform.services().device.layoutDirection, LayoutDirection::RightToLeft);
 }

@@ -123,7 +123,7 @@ TEST_F(ApplicationTest, ResizesTheKeyWindowWithTheScreen)
     Application application(delegate, store);
     application.launch({});
     platform.services().device.setScreenBounds({0, 0, 800, 600});
-    EXPECT_EQ(delegate.window->frame, (Rect{0, 0, 800, 600}));
+    EXPECT_EQ(delegate.window->frame(), (Rect{0, 0, 800, 600}));
 }
 
 } // namespace

@@ -100,7 +100,7 @@ TEST_F(NavigationControllerTest, KeepsAControllerAliveThatPopsItself)
     happened();
     static_cast<Page&>(*navigation->topViewController()).popItself();
     EXPECT_THAT(take(), ElementsAre("folder still here"));
-    EXPECT_THAT(happened(), ElementsAre("folder gone", "root loaded", "root slid in"));
+    EXPECT_THAT(happened(), ElementsAre("root loaded", "root slid in", "folder gone"));
 }
 
 TEST_F(NavigationControllerTest, ControllersKnowTheirStackOnlyWhileTheyAreOnIt)
@@ -127,10 +127,15 @@ TEST_F(NavigationControllerTest, HasABackButtonOnlyBelowTheRootAndUnlessItIsHidd
     navigation->pushViewController(page("root"), Animated::No);
     EXPECT_FALSE(navigation->pressBack());
     navigation->pushViewController(folder, Animated::No);
-    folder->navigationItem.hidesBackButton = true;
+    folder->navigationItem.setHidesBackButton(true);
     EXPECT_FALSE(navigation->pressBack());
-    folder->navigationItem.hidesBackButton = false;
-    navigation->present(page("search"), Animated::No);
+    folder->navigationItem.setHidesBackButton(false);
+    const auto search = page("search");
+    navigation->present(search, Animated::No);
+    EXPECT_FALSE(navigation->pressBack()) << "beneath a full screen";
+    navigation->dismiss(Animated::No);
+    search->presentationStyle = PresentationStyle::OverCurrentContext;
+    navigation->present(search, Animated::No);
     take();
 
     EXPECT_TRUE(navigation->pressBack());
