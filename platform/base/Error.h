@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <string>
 #include <utility>
 #include <variant>
@@ -15,10 +16,18 @@ enum class Domain {
 /// Codes of the general domain that the program makes or tests.
 namespace ErrorCode {
 inline constexpr int kNoSuchFile = 4;
+inline constexpr int kLocked = 255; ///< somebody else has had the item for too long
 inline constexpr int kReadNoPermission = 257;
 inline constexpr int kReadCorrupt = 259;
+inline constexpr int kFileExists = 516;
+inline constexpr int kUserCancelled = 3072;
 inline constexpr int kUnsupported = 3328;
 } // namespace ErrorCode
+
+/// Entries of an error's user information.
+namespace ErrorKey {
+inline constexpr const char* kDestinationFilePath = "DestinationFilePath"; ///< where an item was to be moved
+} // namespace ErrorKey
 
 /// Why something failed, as a value. `description` is one sentence for the user and names the item; `failureReason`
 /// is the bare reason ("Permission denied").
@@ -27,6 +36,7 @@ struct Error {
     int code = 0;
     std::string description;
     std::string failureReason;
+    std::map<std::string, std::string> userInformation = {};
 
     friend bool operator==(const Error& left, const Error& right)
     {

@@ -2,9 +2,11 @@
 
 namespace tessel {
 
+class ApplicationRegistry;
 class CloudService;
 class Clock;
 class Device;
+class FileCoordinationService;
 class FileManager;
 class FolderReader;
 class MainQueue;
@@ -26,9 +28,11 @@ struct Services {
     TextServices& text;
     TypeRegistry& types;
     FileManager& files;
+    FileCoordinationService& coordination;
     ResourceValues& resources;
     FolderReader& folders;
     CloudService& cloud;
+    ApplicationRegistry& apps;
     UserDefaults& defaults;
     Device& device;
 };

@@ -25,7 +25,14 @@ struct FileAttributes {
 /// Whether an enumeration goes on after an item that it could not read.
 enum class OnEnumerationError { Continue, Stop };
 
-/// The file system, without the cloud's view of it. Synchronous, on the calling thread, safe from any thread.
+/// Whether missing folders on the way to a new one are made too.
+enum class WithIntermediates { No, Yes };
+
+/// The file system. Synchronous, on the calling thread, safe from any thread.
+///
+/// What changes items takes the drive as the user sees it: a document that is not on the device is an item like any
+/// other, and is moved or removed without its content. A change is made as a whole or not at all, its error names the
+/// item, and it leaves no file of its own behind. The caller coordinates the access (FileCoordinator).
 class FileManager {
 public:
     virtual ~FileManager() = default;
@@ -42,6 +49,23 @@ public:
     /// The target of an alias file (a desktop entry of type Link with a file URL), without asking the user and without
     /// mounting anything.
     virtual Result<URL> resolvingAliasFile(const URL&) const = 0;
+
+    /// What is at a path, links followed; none when nothing is. A document that is not on the device has no file.
+    [[nodiscard]] virtual std::optional<FileKind> kindOfItem(const std::string& path) const = 0;
+
+    /// Makes a folder. With intermediates one that is there already is no error, without it is (516), as is an item of
+    /// another kind in either case.
+    [[nodiscard]] virtual std::optional<Error> createDirectory(const URL&, WithIntermediates) = 0;
+
+    /// Removes an item for good, a folder with all that is in it; a link, not what it leads to. Of a folder that cannot
+    /// be removed to the end, what is left stays where it was.
+    [[nodiscard]] virtual std::optional<Error> removeItem(const URL&) = 0;
+
+    /// Moves or renames an item, with its attributes, also to another file system: there the copy is verified before
+    /// the source goes. Never replaces anything.
+    /// @returns an error 516, with the destination's path under ErrorKey::kDestinationFilePath, when an item of that
+    ///          name is there
+    [[nodiscard]] virtual std::optional<Error> moveItem(const URL& from, const URL& to) = 0;
 
     /// Visits every entry below a folder, at any depth, hidden ones included, links not followed. Folders come before
     /// what is in them.

@@ -2,7 +2,9 @@
 
 #include "platform/base/NotificationCenter.h"
 #include "platform/linux/StartFolders.h"
+#include "platform/linux/apps/DesktopApplications.h"
 #include "platform/linux/cloud/LocalCloudService.h"
+#include "platform/linux/coordination/LinuxFileCoordination.h"
 #include "platform/linux/files/AtomicFile.h"
 #include "platform/linux/files/FileStateStore.h"
 #include "platform/linux/files/FileUserDefaults.h"
@@ -24,7 +26,9 @@ struct LinuxPlatform::Parts {
     Parts(const LinuxPlatformOptions& options, const std::string& locale, const URL& home)
         : clock(options.clock ? *options.clock : systemClock), text(locale, embeddedStringTables()),
           types(locale, SharedMimeTypes::userDataFolders()), defaults(home.appending("defaults.json"), log),
-          states(home.appending("state.json"), log)
+          states(home.appending("state.json"), log),
+          apps(options.desktop ? *options.desktop : DesktopFolders::ofUser(), locale,
+               {mainQueue, log, clock, text, types})
     {
     }
 
@@ -46,9 +50,11 @@ struct LinuxPlatform::Parts {
     IcuTextServices text;
     SharedMimeTypes types;
     PosixFileManager files;
+    LinuxFileCoordination coordination{{clock, files}};
     LinuxResourceValues resources{files, types};
     FileUserDefaults defaults;
     FileStateStore states;
+    DesktopApplications apps;
     Device device;
     std::unique_ptr<LocalCloudService> cloud;
     std::optional<LinuxFolderReader> folders;
@@ -89,9 +95,11 @@ platform::Services LinuxPlatform::services()
         .text = parts_->text,
         .types = parts_->types,
         .files = parts_->files,
+        .coordination = parts_->coordination,
         .resources = parts_->resources,
         .folders = *parts_->folders,
         .cloud = *parts_->cloud,
+        .apps = parts_->apps,
         .defaults = parts_->defaults,
         .device = parts_->device,
     };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/apps/ApplicationRegistry.h"
 #include "platform/base/Platform.h"
 #include "platform/linux/LinuxPlatform.h"
 #include "platform/log/UnifiedLog.h"
@@ -46,6 +47,8 @@ public:
     void turn(double seconds);
 
     TemporaryDrive drive;
+    /// The user's desktop, which knows no application: "config/mimeapps.list", "data/applications/", "bin/".
+    TemporaryDrive desktop;
     ManualClock clock;
     std::shared_ptr<LogCapture> log = std::make_shared<LogCapture>();
 
@@ -71,10 +74,11 @@ template <typename Wrapper>
         else
             return service;
     };
-    const auto& [clock, mainQueue, notifications, log, text, types, files, resources, folders, cloud, defaults,
-                 device] = platform::installed();
-    return {either(clock), either(mainQueue), either(notifications), either(log),   either(text),     either(types),
-            either(files), either(resources), either(folders),       either(cloud), either(defaults), either(device)};
+    const auto& [clock, mainQueue, notifications, log, text, types, files, coordination, resources, folders, cloud,
+                 apps, defaults, device] = platform::installed();
+    return {either(clock), either(mainQueue), either(notifications), either(log),       either(text),
+            either(types), either(files),     either(coordination),  either(resources), either(folders),
+            either(cloud), either(apps),      either(defaults),  either(device)};
 }
 
 } // namespace tessel

@@ -16,6 +16,8 @@ Error codeOf(int errorNumber)
     case EACCES:
     case EPERM:
         return {Domain::General, ErrorCode::kReadNoPermission, {}, {}};
+    case EEXIST:
+        return {Domain::General, ErrorCode::kFileExists, {}, {}};
     default:
         return {Domain::System, errorNumber, {}, {}};
     }
@@ -24,8 +26,10 @@ Error codeOf(int errorNumber)
 // A reason that the user can act on: to a person "Not a directory" and "Operation not permitted" say no more.
 std::string reasonOf(const Error& error, int errorNumber)
 {
-    if (error.domain == Domain::General)
-        errorNumber = error.code == ErrorCode::kNoSuchFile ? ENOENT : EACCES;
+    if (error == Error{Domain::General, ErrorCode::kNoSuchFile, {}, {}})
+        errorNumber = ENOENT;
+    if (error == Error{Domain::General, ErrorCode::kReadNoPermission, {}, {}})
+        errorNumber = EACCES;
     const char* text = ::strerrordesc_np(errorNumber);
     return text ? text : "Unknown error " + std::to_string(errorNumber);
 }

@@ -13,6 +13,10 @@ public:
     [[nodiscard]] URL resolvingSymbolicLinks(const URL&) const override;
     /// A target that is gone is a no-such-file error (4); one that is in the cloud only is there.
     Result<URL> resolvingAliasFile(const URL&) const override;
+    [[nodiscard]] std::optional<FileKind> kindOfItem(const std::string& path) const override;
+    [[nodiscard]] std::optional<Error> createDirectory(const URL&, WithIntermediates) override;
+    [[nodiscard]] std::optional<Error> removeItem(const URL&) override;
+    [[nodiscard]] std::optional<Error> moveItem(const URL& from, const URL& to) override;
     /// Uses three descriptors at most and no recursion, however deep the tree is. An item that goes meanwhile is left
     /// out without an error. The order within a folder is the file system's.
     void enumerateDeep(const URL& folder, const std::function<void(const URL&, const FileAttributes&)>& visit,
