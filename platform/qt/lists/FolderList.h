@@ -111,6 +111,7 @@ private:
     bool wasLookedAt_ = false; ///< the controller may be asked for its rows
     std::size_t firstVisible_ = 0;
     std::size_t visibleCount_ = 0;
+    bool toldVisibleRows_ = false; ///< the controller thinks that some are seen
     bool searchFocused_ = false;
     QString searchText_;
     SearchList* results_ = nullptr;

@@ -55,6 +55,7 @@ private:
     void announceRemoved();
     void announceInserted();
     void announceUpdated(const std::vector<std::size_t>& updated);
+    [[nodiscard]] std::size_t insertedBefore(std::size_t place) const;
     [[nodiscard]] bool leadsToNow(const RowChanges&) const;
 
     int count_ = 0;

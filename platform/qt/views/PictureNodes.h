@@ -60,10 +60,10 @@ public:
     [[nodiscard]] double contentHeight() const;
     [[nodiscard]] double contentX() const;
     [[nodiscard]] double contentY() const;
-    [[nodiscard]] double topInset() const;
-    [[nodiscard]] double leadingInset() const;
-    [[nodiscard]] double bottomInset() const;
-    [[nodiscard]] double trailingInset() const;
+    [[nodiscard]] double topInset() const { return insets().top; }
+    [[nodiscard]] double leadingInset() const { return insets().leading; }
+    [[nodiscard]] double bottomInset() const { return insets().bottom; }
+    [[nodiscard]] double trailingInset() const { return insets().trailing; }
     [[nodiscard]] bool bounces() const;
     [[nodiscard]] bool hasIndicators() const;
 
@@ -72,6 +72,7 @@ public:
 
 private:
     [[nodiscard]] std::shared_ptr<ScrollView> scrollView() const;
+    [[nodiscard]] EdgeInsets insets() const;
 };
 
 /// A stack of views, which lays them out itself.

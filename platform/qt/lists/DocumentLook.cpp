@@ -1,0 +1,120 @@
+#include "platform/qt/lists/DocumentLook.h"
+
+#include "platform/base/Platform.h"
+#include "platform/files/TypeRegistry.h"
+#include "platform/qt/views/ImageSources.h"
+
+#include <algorithm>
+#include <string_view>
+#include <unordered_map>
+
+namespace tessel::qt {
+
+namespace {
+
+constexpr std::uint64_t kLargestWithThumbnail = 200'000'000; // bytes
+constexpr std::size_t kMostTypesKept = 1000;
+
+/// What documents of a type are shown with: freedesktop icon names, the best first.
+struct TypeIcon {
+    std::string_view ancestor; ///< the type, or one that it derives from
+    const char* names;
+};
+
+// The first that fits is taken.
+constexpr TypeIcon kTypeIcons[] = {
+    {"com.adobe.pdf", "application-pdf|x-office-document"},
+    {"public.svg-image", "image-svg+xml|x-office-drawing|image-x-generic"},
+    {"public.image", "image-x-generic"},
+    {"public.audio", "audio-x-generic"},
+    {"public.audiovisual-content", "video-x-generic"},
+    {"public.html", "text-html"},
+    {"public.markdown", "text-markdown|text-x-generic"},
+    {"public.source-code", "text-x-script|text-x-generic"},
+    {"public.comma-separated-values-text", "text-csv|x-office-spreadsheet"},
+    {"public.rtf", "application-rtf|x-office-document"},
+    {"public.contact", "x-office-address-book|text-vcard"},
+    {"public.calendar-event", "x-office-calendar|text-calendar"},
+    {"public.xml", "text-xml|text-html|text-x-script"},
+    {"public.json", "application-json|text-x-script"},
+    {"public.text", "text-x-generic"},
+    {"public.spreadsheet", "x-office-spreadsheet"},
+    {"public.presentation", "x-office-presentation"},
+    {"public.archive", "package-x-generic"},
+    {"public.font", "font-x-generic"},
+    {"public.executable", "application-x-executable"},
+    {"public.composite-content", "x-office-document"},
+};
+
+constexpr std::string_view kTypesWithThumbnails[] = {"public.image", "public.text", "com.adobe.pdf"};
+
+QString source(const char* names, const char* kind)
+{
+    return QStringLiteral("image://icon/") + QLatin1String(names) + u'?' + QLatin1String(kind);
+}
+
+struct Look {
+    QString icon;
+    bool canHaveThumbnail = false;
+};
+
+Look lookOfType(const std::string& type)
+{
+    const auto& types = platform::installed().types;
+    const auto isA = [&](std::string_view ancestor) { return types.conforms(type, ancestor); };
+    const auto* icon = std::find_if(std::begin(kTypeIcons), std::end(kTypeIcons),
+                                    [&](const TypeIcon& candidate) { return isA(candidate.ancestor); });
+    const bool isKnown = icon != std::end(kTypeIcons);
+    return {source(isKnown ? icon->names : "application-octet-stream", "file"),
+            std::any_of(std::begin(kTypesWithThumbnails), std::end(kTypesWithThumbnails), isA)};
+}
+
+/// Kept by extension, or by whole name without one.
+const Look& lookOfDocument(const URL& url)
+{
+    static std::unordered_map<std::string, Look> looks;
+    auto key = std::string(url.pathExtension().empty() ? url.lastPathComponent() : url.pathExtension());
+    if (!url.pathExtension().empty())
+        key.insert(0, "."); // no file is called so: it would be its whole name
+    if (const auto known = looks.find(key); known != looks.end())
+        return known->second;
+    if (looks.size() >= kMostTypesKept)
+        looks.clear();
+    const auto type = platform::installed().types.identifierForFileName(url.lastPathComponent());
+    return looks.emplace(std::move(key), lookOfType(type)).first->second;
+}
+
+} // namespace
+
+QString iconSource(const ListRow& row)
+{
+    static const auto folder = source("folder", "folder");
+    static const auto library = source("library", "library");
+    static const auto package = source("package", "package");
+    static const auto link = source("inode-symlink|link", "link");
+    switch (row.kind) {
+    case RowKind::Folder:
+        return folder;
+    case RowKind::Library:
+        return library;
+    case RowKind::Package:
+        return package;
+    case RowKind::Link:
+        return link;
+    case RowKind::File:
+        break;
+    }
+    return lookOfDocument(row.url).icon;
+}
+
+QString thumbnailSource(const ListRow& row)
+{
+    const bool hasContent = row.size && *row.size > 0 && *row.size <= kLargestWithThumbnail;
+    if (row.kind != RowKind::File || row.inCloud || !hasContent || !row.modified ||
+        !lookOfDocument(row.url).canHaveThumbnail)
+        return {};
+    return QStringLiteral("image://thumbnail/") + percentEncoded(row.url.path()) + u'?' +
+           QString::number(row.modified->nanoseconds);
+}
+
+} // namespace tessel::qt

@@ -1,0 +1,46 @@
+#include "platform/qt/lists/ListActions.h"
+
+#include "platform/documents/DocumentListController.h"
+
+#include <QString>
+#include <QVariantMap>
+
+namespace tessel::qt {
+
+namespace {
+
+QString symbolOf(ListAction action)
+{
+    switch (action) {
+    case ListAction::Delete:
+        return QStringLiteral("trash");
+    case ListAction::More:
+        return QStringLiteral("more");
+    case ListAction::Info:
+        return QStringLiteral("info");
+    case ListAction::Rename:
+        return QStringLiteral("rename");
+    case ListAction::Share:
+        return QStringLiteral("share");
+    case ListAction::Move:
+        return QStringLiteral("organize");
+    case ListAction::Pop:
+        return QStringLiteral("open");
+    }
+    return {};
+}
+
+} // namespace
+
+QVariantList actionsOf(const DocumentListController& list)
+{
+    QVariantList actions;
+    for (const auto action : list.actions())
+        actions.append(QVariantMap{{"code", static_cast<int>(action)},
+                                   {"title", QString::fromStdString(titleOfListAction(action))},
+                                   {"symbol", symbolOf(action)},
+                                   {"destructive", action == ListAction::Delete}});
+    return actions;
+}
+
+} // namespace tessel::qt

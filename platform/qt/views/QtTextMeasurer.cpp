@@ -1,0 +1,90 @@
+#include "platform/qt/views/QtTextMeasurer.h"
+
+#include "platform/qt/views/Fonts.h"
+
+#include <QFontMetricsF>
+#include <QQuickWindow>
+#include <QTextLayout>
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <string>
+#include <tuple>
+
+namespace tessel::qt {
+
+namespace {
+
+constexpr std::size_t kMostKept = 1000;
+constexpr double kWidest = 100'000; // points; more than layouts of text can count
+
+QTextOption options()
+{
+    QTextOption options;
+    options.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    options.setUseDesignMetrics(QQuickWindow::textRenderType() != QQuickWindow::NativeTextRendering);
+    return options;
+}
+
+Size laidOut(const QString& text, const QFont& font, double width, std::size_t most)
+{
+    QTextLayout layout(text, font);
+    layout.setTextOption(options());
+    Size size;
+    layout.beginLayout();
+    for (std::size_t lines = 0; most == 0 || lines < most; ++lines) {
+        auto line = layout.createLine();
+        if (!line.isValid())
+            break;
+        line.setLineWidth(width);
+        size.width = std::max(size.width, line.naturalTextWidth());
+        size.height += line.height();
+    }
+    layout.endLayout();
+    return {std::ceil(size.width), size.height};
+}
+
+} // namespace
+
+struct QtTextMeasurer::Cache {
+    using Key = std::tuple<std::string, double, bool, double, std::size_t>;
+
+    std::map<Key, Size> sizes;
+};
+
+QtTextMeasurer::QtTextMeasurer() : cache_(std::make_unique<Cache>())
+{
+}
+
+QtTextMeasurer::~QtTextMeasurer() = default;
+
+FontMetrics QtTextMeasurer::metrics(const Font& font) const
+{
+    const QFontMetricsF metrics(systemFont(font));
+    return {metrics.ascent(), metrics.descent(), metrics.capHeight(), measure("x", font, kWidest, 1).height};
+}
+
+Size QtTextMeasurer::measure(std::string_view text, const Font& font, double width, std::size_t lines) const
+{
+    if (text.empty())
+        return {};
+    width = std::clamp(width, 1.0, kWidest);
+    auto& sizes = cache_->sizes;
+    if (sizes.size() >= kMostKept)
+        sizes.clear();
+    const auto [entry, isNew] = sizes.try_emplace({std::string(text), font.size, font.bold, width, lines});
+    if (isNew) {
+        auto shown = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+        shown.replace('\n', QChar::LineSeparator);
+        entry->second = laidOut(shown, systemFont(font), width, lines);
+    }
+    return entry->second;
+}
+
+void QtTextMeasurer::fontChanged()
+{
+    cache_->sizes.clear();
+}
+
+} // namespace tessel::qt

@@ -1,0 +1,128 @@
+#include "platform/qt/views/TextNodes.h"
+
+#include "platform/base/Platform.h"
+#include "platform/qt/views/Fonts.h"
+#include "platform/qt/views/ImageSources.h"
+#include "platform/ui/Button.h"
+#include "platform/ui/Device.h"
+#include "platform/ui/Label.h"
+
+namespace tessel::qt {
+
+namespace {
+
+QString symbolOf(const std::optional<Image>& image)
+{
+    const bool isSymbol = image && image->kind() == Image::Kind::Symbol;
+    return isSymbol ? QString::fromStdString(image->name()) : QString();
+}
+
+} // namespace
+
+int horizontalAlignment(TextAlignment alignment)
+{
+    const bool isMirrored = platform::installed().device.layoutDirection == LayoutDirection::RightToLeft;
+    switch (alignment) {
+    case TextAlignment::Natural:
+        return Qt::AlignLeft;
+    case TextAlignment::Left:
+        return isMirrored ? Qt::AlignRight : Qt::AlignLeft;
+    case TextAlignment::Center:
+        return Qt::AlignHCenter;
+    case TextAlignment::Right:
+        return isMirrored ? Qt::AlignLeft : Qt::AlignRight;
+    }
+    return Qt::AlignLeft;
+}
+
+std::shared_ptr<Label> LabelNode::label() const
+{
+    return std::static_pointer_cast<Label>(view());
+}
+
+QString LabelNode::text() const
+{
+    const auto label = this->label();
+    return label ? QString::fromStdString(label->text()) : QString();
+}
+
+QFont LabelNode::font() const
+{
+    const auto label = this->label();
+    return systemFont(label ? label->font() : Font());
+}
+
+QColor LabelNode::textColor() const
+{
+    const auto label = this->label();
+    return adapted(label ? label->textColor() : Color::black());
+}
+
+int LabelNode::alignment() const
+{
+    const auto label = this->label();
+    return horizontalAlignment(label ? label->textAlignment() : TextAlignment::Natural);
+}
+
+int LabelNode::lines() const
+{
+    const auto label = this->label();
+    return label ? static_cast<int>(label->numberOfLines()) : 1;
+}
+
+int LabelNode::elide() const
+{
+    const auto label = this->label();
+    switch (label ? label->lineBreak() : LineBreak::TruncateTail) {
+    case LineBreak::WordWrap:
+        return Qt::ElideNone;
+    case LineBreak::TruncateTail:
+        return Qt::ElideRight;
+    case LineBreak::TruncateMiddle:
+        return lines() == 1 ? Qt::ElideMiddle : Qt::ElideRight;
+    }
+    return Qt::ElideRight;
+}
+
+std::shared_ptr<Button> ButtonNode::button() const
+{
+    return std::static_pointer_cast<Button>(view());
+}
+
+QString ButtonNode::title() const
+{
+    const auto button = this->button();
+    return button ? QString::fromStdString(button->title()) : QString();
+}
+
+QString ButtonNode::symbol() const
+{
+    const auto button = this->button();
+    return button ? symbolOf(button->image()) : QString();
+}
+
+QString ButtonNode::imageSource() const
+{
+    const auto button = this->button();
+    return button && symbol().isEmpty() ? qt::imageSource(button->image(), dark()) : QString();
+}
+
+bool ButtonNode::isEnabled() const
+{
+    const auto button = this->button();
+    return button && button->enabled();
+}
+
+QFont ButtonNode::font() const
+{
+    const auto button = this->button();
+    return systemFont(button ? button->titleFont() : Font());
+}
+
+void ButtonNode::press()
+{
+    if (const auto button = this->button())
+        button->press();
+}
+
+} // namespace tessel::qt
