@@ -28,7 +28,7 @@ struct LinuxPlatform::Parts {
           types(locale, SharedMimeTypes::userDataFolders()), defaults(home.appending("defaults.json"), log),
           states(home.appending("state.json"), log),
           apps(options.desktop ? *options.desktop : DesktopFolders::ofUser(), locale,
-               {mainQueue, log, clock, text, types})
+               {mainQueue, log, clock, text, types, coordination})
     {
     }
 

@@ -2,6 +2,7 @@
 
 #include "platform/base/Error.h"
 #include "platform/base/Platform.h"
+#include "platform/linux/apps/DesktopFolders.h"
 
 #include <memory>
 #include <optional>
@@ -16,6 +17,7 @@ struct LinuxPlatformOptions {
     std::optional<std::string> drive; ///< an existing folder to show as the drive
     Clock* clock = nullptr;           ///< outlives the platform; null: the system's
     std::string locale;               ///< as ICU names it; empty: the user's
+    std::optional<DesktopFolders> desktop = std::nullopt; ///< where applications are looked for; none: the user's
 };
 
 /// Every service, on Linux, over the files of one home. Made, used and destroyed on the main thread. Several programs

@@ -50,7 +50,11 @@ InstalledPlatform::~InstalledPlatform() = default;
 
 void InstalledPlatform::install(const URL& home, std::optional<std::string> boundDrive)
 {
-    auto platform = LinuxPlatform::create({home.path(), std::move(boundDrive), &clock, "en"});
+    const DesktopFolders folders = {.configuration = {desktop.url("config").path()},
+                                    .data = {desktop.url("data").path()},
+                                    .programs = {desktop.url("bin").path()},
+                                    .desktops = {}};
+    auto platform = LinuxPlatform::create({home.path(), std::move(boundDrive), &clock, "en", folders});
     check(platform ? std::nullopt : std::optional(platform.error()));
     platform_ = std::move(platform.value());
     services().mainQueue.setWakeHandler([this] {

@@ -78,7 +78,7 @@ template <typename Wrapper>
                  apps, defaults, device] = platform::installed();
     return {either(clock), either(mainQueue), either(notifications), either(log),       either(text),
             either(types), either(files),     either(coordination),  either(resources), either(folders),
-            either(cloud), either(apps),      either(defaults),  either(device)};
+            either(cloud), either(apps),      either(defaults),      either(device)};
 }
 
 } // namespace tessel

@@ -44,4 +44,9 @@ std::string userStateFolder()
     return userFolder("XDG_STATE_HOME", "/.local/state");
 }
 
+std::string userConfigurationFolder()
+{
+    return userFolder("XDG_CONFIG_HOME", "/.config");
+}
+
 } // namespace tessel

@@ -9,5 +9,7 @@ namespace tessel {
 [[nodiscard]] std::string userDataFolder();
 /// The same for what is worth keeping between two runs, and no more: $XDG_STATE_HOME, or ".local/state".
 [[nodiscard]] std::string userStateFolder();
+/// The same for what the user has chosen: $XDG_CONFIG_HOME, or ".config".
+[[nodiscard]] std::string userConfigurationFolder();
 
 } // namespace tessel

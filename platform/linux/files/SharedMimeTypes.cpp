@@ -148,17 +148,46 @@ std::string SharedMimeTypes::identifierForFileName(std::string_view name) const
     return std::string(type ? type->identifier : TypeIdentifier::kData);
 }
 
+SharedMimeTypes::MimeTypes SharedMimeTypes::mimeTypes(std::string_view identifier) const
+{
+    MimeTypes types;
+    if (const auto own = mimeTypeOf(identifier))
+        types.own = canonicalMimeType(*own);
+    (void)anyAncestor(identifier, [&](std::string_view ancestor) {
+        if (const auto name = mimeTypeOf(ancestor))
+            types.ancestors.push_back(canonicalMimeType(*name));
+        return false;
+    });
+    return types;
+}
+
+std::string SharedMimeTypes::canonicalMimeType(std::string_view mimeType) const
+{
+    std::string name(mimeType);
+    for (auto& character : name)
+        if (character >= 'A' && character <= 'Z')
+            character = static_cast<char>(character | 0x20);
+    return std::string(database().withoutAlias(name));
+}
+
 bool SharedMimeTypes::conforms(std::string_view identifier, std::string_view ancestor) const
 {
-    if (identifier == ancestor)
-        return true;
+    return identifier == ancestor || anyAncestor(identifier, [&](std::string_view type) { return type == ancestor; });
+}
+
+/// Calls visit(type) for every type that one derives from, over any number of steps, the nearest first, until it
+/// answers true.
+/// @returns whether it did
+bool SharedMimeTypes::anyAncestor(std::string_view identifier, const std::function<bool(std::string_view)>& visit) const
+{
     std::vector<std::string> reached = {std::string(identifier)};
     for (std::size_t i = 0; i < reached.size(); ++i)
         for (auto& parent : parents(reached[i])) {
-            if (parent == ancestor)
+            if (std::find(reached.begin(), reached.end(), parent) != reached.end())
+                continue;
+            if (visit(parent))
                 return true;
-            if (std::find(reached.begin(), reached.end(), parent) == reached.end())
-                reached.push_back(std::move(parent));
+            reached.push_back(std::move(parent));
         }
     return false;
 }

@@ -3,6 +3,7 @@
 #include "platform/files/TypeRegistry.h"
 #include "platform/linux/files/SharedMimeTypesGlobs.h"
 
+#include <functional>
 #include <list>
 #include <map>
 #include <memory>
@@ -31,11 +32,22 @@ public:
     [[nodiscard]] std::optional<std::string> description(std::string_view identifier) const override;
     [[nodiscard]] bool isPackageName(std::string_view name) const override;
 
+    /// A type of a document as other programs of the desktop name it.
+    struct MimeTypes {
+        std::string own;                    ///< empty when the type has no such name
+        std::vector<std::string> ancestors; ///< of the types that it derives from, the nearest first
+    };
+    [[nodiscard]] MimeTypes mimeTypes(std::string_view identifier) const;
+    /// The name by which the database knows a MIME type, which may be written in any case or be an alias.
+    [[nodiscard]] std::string canonicalMimeType(std::string_view mimeType) const;
+
 private:
     struct Database;
 
     [[nodiscard]] const Database& database() const;
     [[nodiscard]] std::vector<std::string> parents(std::string_view identifier) const;
+    [[nodiscard]] bool anyAncestor(std::string_view identifier,
+                                   const std::function<bool(std::string_view)>& visit) const;
     [[nodiscard]] std::optional<std::string> findDescription(const std::string& identifier) const;
 
     const std::string locale_;

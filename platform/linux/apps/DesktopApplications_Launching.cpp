@@ -1,0 +1,125 @@
+#include "platform/files/FileCoordinationService.h"
+#include "platform/linux/apps/DesktopApplications.h"
+#include "platform/linux/apps/StartProgram.h"
+#include "platform/linux/base/ErrnoError.h"
+#include "platform/log/UnifiedLog.h"
+#include "platform/run/MainQueue.h"
+#include "platform/text/TextServices.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+
+namespace tessel {
+
+namespace {
+
+constexpr Clock::Ticks kAtOnce = std::chrono::seconds(5);
+
+bool canBeSeen(const URL& document)
+{
+    return ::access(document.path().c_str(), F_OK) == 0;
+}
+
+bool canBeEntered(const std::string& folder)
+{
+    return !folder.empty() && ::access(folder.c_str(), X_OK) == 0;
+}
+
+std::string workingFolderOf(const DesktopEntry& entry, const URL& document)
+{
+    if (canBeEntered(entry.workingFolder))
+        return entry.workingFolder;
+    const auto folder = document.deletingLastPathComponent().path();
+    return canBeEntered(folder) ? folder : "/";
+}
+
+bool hasFailed(int status)
+{
+    return !WIFEXITED(status) || WEXITSTATUS(status) != 0;
+}
+
+} // namespace
+
+std::optional<Error> DesktopApplications::openDocument(const URL& document, const ApplicationRecord& application)
+{
+    if (canBeSeen(document))
+        return start(application.bundleIdentifier, document);
+    downloadAndStart(application.bundleIdentifier, document);
+    return std::nullopt;
+}
+
+void DesktopApplications::downloadAndStart(const std::string& bundleIdentifier, const URL& document)
+{
+    downloads_.addOperation([this, bundleIdentifier, document] {
+        const auto progress = [this](std::uint64_t, std::uint64_t) {
+            return isStopping_ ? OnProgress::Cancel : OnProgress::Continue;
+        };
+        const auto failure = services_.coordination.read(document, progress, nullptr, [] {});
+        services_.mainQueue.async([this, bundleIdentifier, document, failure] {
+            if (const auto error = failure ? failure : start(bundleIdentifier, document))
+                services_.log.write(LogLevel::Error, "Cannot open %@ in %@: %@", document, bundleIdentifier, *error);
+        });
+    });
+}
+
+std::optional<Error> DesktopApplications::start(const std::string& bundleIdentifier, const URL& document)
+{
+    catalog_.refresh();
+    const auto* entry = catalog_.entry(bundleIdentifier);
+    const auto program = entry ? programOf(*entry) : std::nullopt;
+    if (!program || !entry->exec->takesDocument())
+        return errnoError(program ? EINVAL : ENOENT, URL::file(bundleIdentifier));
+    auto arguments = entry->exec->arguments({document, entry->localizedName, entry->icon, entry->file.path()});
+    arguments.insert(arguments.begin(), entry->exec->program());
+    if (!entry->isInTerminal)
+        return start(*entry, *program, std::move(arguments), document);
+    auto words = terminalCommand();
+    if (words.empty()) {
+        const auto reason = services_.text.localized("There is no terminal.");
+        return Error{Domain::General, ErrorCode::kUnsupported, reason, reason};
+    }
+    const auto terminal = words.front();
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    return start(*entry, terminal, std::move(words), document);
+}
+
+std::vector<std::string> DesktopApplications::terminalCommand() const
+{
+    if (const auto program = folders_.findProgram("xdg-terminal-exec"))
+        return {*program};
+    if (const auto program = folders_.findProgram("x-terminal-emulator"))
+        return {*program, "-e"};
+    return {};
+}
+
+std::optional<Error> DesktopApplications::start(const DesktopEntry& entry, const std::string& program,
+                                                std::vector<std::string> arguments, const URL& document)
+{
+    const auto token = activationToken ? activationToken() : std::string();
+    pid_t child = -1;
+    const int failure = startProgram({program, std::move(arguments), workingFolderOf(entry, document), token}, child);
+    if (failure != 0)
+        return errnoError(failure, URL::file(program));
+    const auto started = services_.clock.uptime();
+    watcher_.watch(child, [this, name = entry.localizedName, started](int status) {
+        if (hasFailed(status) && services_.clock.uptime() - started < kAtOnce)
+            logEnd(name, status);
+    });
+    return std::nullopt;
+}
+
+// On the watcher's thread: the line is written on the main queue.
+void DesktopApplications::logEnd(const std::string& name, int status) const
+{
+    services_.mainQueue.async([&log = services_.log, name, status] {
+        if (WIFSIGNALED(status))
+            log.write(LogLevel::Error, "The application %@ was ended at once by signal %d", name, WTERMSIG(status));
+        else
+            log.write(LogLevel::Error, "The application %@ ended at once with status %d", name, WEXITSTATUS(status));
+    });
+}
+
+} // namespace tessel
