@@ -1,0 +1,68 @@
+import QtQuick
+
+// The items of a folder as a grid of thumbnails.
+GridView {
+    id: grid
+
+    property var list
+    property real topSpace: 0
+    property bool covered: false
+    readonly property bool editing: list?.editing === true
+    readonly property real space: width - 2 * (Theme.margin - 8)
+    readonly property int columns: Math.max(2, Math.floor(space / (112 * Math.min(Theme.textScale, 1.5))))
+    readonly property real pictureHeight: Math.round(Math.min(cellWidth - 24, 110 * Math.min(Theme.textScale, 1.4)))
+    property Item openRow: null
+
+    signal menuRequested(int index, point position)
+
+    objectName: "folderGrid"
+    model: list
+    leftMargin: Theme.margin - 8
+    rightMargin: Theme.margin - 8
+    cellWidth: Math.floor(space / columns)
+    cellHeight: pictureHeight + Math.ceil(2.8 * Theme.caption + 1.4 * Theme.tiny) + 26
+    currentIndex: -1
+    reuseItems: true
+    cacheBuffer: 120
+    pixelAligned: true
+    boundsBehavior: Flickable.DragAndOvershootBounds
+    flickDeceleration: 2200
+    maximumFlickVelocity: 6000
+    pressDelay: 60
+    keyNavigationEnabled: false
+    highlightFollowsCurrentItem: false
+    activeFocusOnTab: true
+    onActiveFocusChanged: if (activeFocus && Theme.keyboard && currentIndex < 0 && count > 0)
+        currentIndex = Math.max(0, indexAt(1, contentY + topSpace))
+    Accessible.role: Accessible.List
+    Accessible.name: shell.text("Items")
+
+    header: Item {
+        height: grid.topSpace
+    }
+
+    delegate: GridCell {
+        width: grid.cellWidth
+        height: grid.cellHeight
+        view: grid
+    }
+
+    Keys.onPressed: event => keys.handle(event)
+
+    function closeRow() {}
+
+    FolderKeys {
+        id: keys
+
+        view: grid
+    }
+
+    VisibleRange {
+        view: grid
+    }
+
+    ScrollThumb {
+        parent: grid
+        view: grid
+    }
+}

@@ -1,0 +1,200 @@
+import QtQuick
+
+// One item of a list: picture, title, details and marks. Dragged sideways it uncovers what can be done with it.
+MouseArea {
+    id: area
+
+    required property var row
+    required property int index
+    required property ListView view
+    readonly property real sign: shell.mirrored ? -1 : 1
+    readonly property bool current: view.currentIndex === index && Theme.keyboard && view.activeFocus
+    readonly property bool open: content.x !== 0
+    readonly property string identity: row.title
+
+    objectName: "row"
+    height: view.rowHeight
+    acceptedButtons: Qt.LeftButton | Qt.RightButton
+    hoverEnabled: true
+    pressAndHoldInterval: 500
+    drag.target: view.editing ? null : content
+    drag.axis: Drag.XAxis
+    drag.onActiveChanged: if (drag.active)
+        actions.active = true
+    drag.minimumX: shell.mirrored ? 0 : -actions.width
+    drag.maximumX: shell.mirrored ? actions.width : 0
+
+    Accessible.role: Accessible.ListItem
+    Accessible.name: row.accessibleName
+    Accessible.selectable: view.editing
+    Accessible.selected: row.selected
+    Accessible.focusable: true
+    Accessible.focused: current
+    Accessible.onPressAction: view.list.press(index)
+
+    onPressed: {
+        Theme.keyboard = false
+        view.forceActiveFocus()
+        if (view.openRow !== area)
+            view.closeRow()
+    }
+    onClicked: mouse => {
+        if (open)
+            close()
+        else if (mouse.button === Qt.RightButton)
+            requestMenu(mouse.x, mouse.y)
+        else
+            view.list.press(index)
+    }
+    onPressAndHold: mouse => {
+        if (!open)
+            requestMenu(mouse.x, mouse.y)
+    }
+    onReleased: settle()
+    onCanceled: settle()
+    onIdentityChanged: if (open)
+        close()
+    ListView.onPooled: reset()
+
+    // Comes to rest open or closed, whichever is nearer.
+    function settle() {
+        if (open)
+            slideTo(Math.abs(content.x) > actions.width * 0.4 ? -sign * actions.width : 0)
+    }
+
+    function slideTo(x) {
+        view.openRow = x !== 0 ? area : view.openRow === area ? null : view.openRow
+        motion.to = x
+        motion.restart()
+    }
+
+    function close() {
+        slideTo(0)
+    }
+
+    function reset() {
+        motion.stop()
+        content.x = 0
+        actions.active = false
+        if (view.openRow === area)
+            view.openRow = null
+    }
+
+    function requestMenu(x, y) {
+        if (!view.editing)
+            view.menuRequested(index, mapToItem(null, x, y))
+    }
+
+    NumberAnimation {
+        id: motion
+
+        target: content
+        property: "x"
+        duration: Theme.normal
+        easing.type: Easing.OutCubic
+        onFinished: if (content.x === 0)
+            actions.active = false
+    }
+
+    Rectangle {
+        id: content
+
+        width: area.width
+        height: area.height
+        color: area.row.selected && area.view.editing ? Theme.chosen
+               : area.pressed && !area.drag.active && !area.open ? Theme.pressed
+               : area.containsMouse && !area.pressed ? Theme.hover : "transparent"
+        border.color: Theme.accent
+        border.width: area.current ? 2 : 0
+
+        Loader {
+            anchors.verticalCenter: parent.verticalCenter
+            anchors.left: parent.left
+            anchors.leftMargin: Theme.margin + area.view.editSpace - 38
+            active: area.view.editSpace > 0
+            sourceComponent: SelectionCircle {
+                selected: area.row.selected
+            }
+        }
+
+        RowPicture {
+            id: picture
+
+            anchors.left: parent.left
+            anchors.leftMargin: Theme.margin + area.view.editSpace
+            anchors.verticalCenter: parent.verticalCenter
+            size: area.view.pictureSize
+            row: area.row
+        }
+
+        Text {
+            id: title
+
+            anchors.left: picture.right
+            anchors.right: marks.left
+            anchors.leftMargin: Theme.spacing
+            anchors.rightMargin: 8
+            anchors.bottom: subtitle.text.length > 0 ? parent.verticalCenter : undefined
+            anchors.verticalCenter: subtitle.text.length > 0 ? undefined : parent.verticalCenter
+            anchors.bottomMargin: -Math.round(Theme.body * 0.2)
+            text: area.row.title
+            textFormat: Text.PlainText
+            font.pixelSize: Theme.body
+            color: Theme.text
+            elide: Text.ElideMiddle
+            horizontalAlignment: Text.AlignLeft
+            Accessible.ignored: true
+        }
+
+        Text {
+            id: subtitle
+
+            anchors.left: title.left
+            anchors.right: title.right
+            anchors.top: title.bottom
+            text: area.row.subtitle
+            textFormat: Text.PlainText
+            font.pixelSize: Theme.caption
+            color: Theme.secondaryText
+            elide: Text.ElideRight
+            horizontalAlignment: Text.AlignLeft
+            Accessible.ignored: true
+        }
+
+        RowMarks {
+            id: marks
+
+            anchors.right: parent.right
+            anchors.rightMargin: Theme.margin
+            anchors.verticalCenter: parent.verticalCenter
+            row: area.row
+            chevron: area.row.opensList && !area.view.editing
+        }
+
+        Hairline {
+            anchors.left: title.left
+            anchors.right: parent.right
+            anchors.bottom: parent.bottom
+        }
+    }
+
+    Loader {
+        id: actions
+
+        x: content.x + area.sign * area.width + (shell.mirrored ? area.width - width : 0)
+        height: area.height
+        active: false
+        source: "SwipeActions.qml"
+        onLoaded: {
+            item.offer(area.view.list.actions(), area.width)
+            item.chosen.connect(code => {
+                area.close()
+                area.view.list.perform(area.index, code)
+            })
+            item.moreRequested.connect(position => {
+                area.close()
+                area.view.menuRequested(area.index, position)
+            })
+        }
+    }
+}

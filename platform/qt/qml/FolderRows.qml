@@ -1,0 +1,76 @@
+import QtQuick
+
+// The items of a folder, or the results of a search, as rows.
+ListView {
+    id: rows
+
+    property var list
+    property real topSpace: 0
+    property bool covered: false
+    readonly property bool editing: list?.editing === true
+    readonly property int columns: 1
+    readonly property real rowHeight: Math.max(60, Math.ceil(1.4 * (Theme.body + Theme.caption)) + 20)
+    readonly property real pictureSize: Math.round(Theme.iconSize * Math.min(Theme.textScale, 1.5))
+    // How far rows have made room for their selection circles.
+    property real editSpace: editing ? 38 : 0
+    property Item openRow: null
+
+    signal menuRequested(int index, point position)
+
+    objectName: "folderList"
+    model: list
+    currentIndex: -1
+    reuseItems: true
+    cacheBuffer: 120
+    pixelAligned: true
+    boundsBehavior: Flickable.DragAndOvershootBounds
+    flickDeceleration: 2200
+    maximumFlickVelocity: 6000
+    pressDelay: 60
+    keyNavigationEnabled: false
+    highlightFollowsCurrentItem: false
+    activeFocusOnTab: true
+    onMovementStarted: closeRow()
+    onEditingChanged: closeRow()
+    onActiveFocusChanged: if (activeFocus && Theme.keyboard && currentIndex < 0 && count > 0)
+        currentIndex = Math.max(0, indexAt(1, contentY + topSpace))
+    Accessible.role: Accessible.List
+    Accessible.name: shell.text("Items")
+
+    header: Item {
+        height: rows.topSpace
+    }
+
+    delegate: FolderRow {
+        width: rows.width
+        view: rows
+    }
+
+    Behavior on editSpace {
+        NumberAnimation {
+            duration: Theme.normal
+            easing.type: Easing.OutCubic
+        }
+    }
+
+    Keys.onPressed: event => keys.handle(event)
+
+    function closeRow() {
+        openRow?.close()
+    }
+
+    FolderKeys {
+        id: keys
+
+        view: rows
+    }
+
+    VisibleRange {
+        view: rows
+    }
+
+    ScrollThumb {
+        parent: rows
+        view: rows
+    }
+}

@@ -1,0 +1,58 @@
+import QtQuick
+
+// Views of the program's own over the pages: all over them, or in a popover.
+FocusScope {
+    id: views
+
+    property var presented
+    property real presence: 1
+
+    Loader {
+        anchors.fill: parent
+        focus: true
+        active: views.presented ? true : false
+        sourceComponent: views.presented?.kind === "popover" ? pointing : whole
+    }
+
+    Component {
+        id: whole
+
+        Item {
+            Rectangle {
+                y: views.height * (1 - views.presence)
+                width: views.width
+                height: views.height
+                color: views.presented.overContext ? "transparent" : Theme.background
+
+                MouseArea {
+                    anchors.fill: parent
+                    acceptedButtons: Qt.AllButtons
+                }
+
+                NodeHost {
+                    focus: true
+                    placed: false
+                    node: views.presented.root
+                }
+            }
+        }
+    }
+
+    Component {
+        id: pointing
+
+        Popover {
+            anchor: views.presented.anchor
+            sideways: views.presented.anchorLeftOrRight
+            presence: views.presence
+            contentWidth: views.presented.root?.width ?? 0
+            contentHeight: views.presented.root?.height ?? 0
+
+            NodeHost {
+                focus: true
+                placed: false
+                node: views.presented.root
+            }
+        }
+    }
+}

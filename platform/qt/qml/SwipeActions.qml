@@ -1,0 +1,49 @@
+import QtQuick
+
+// What a row uncovers: its first actions, the first one outermost, and a way to the others.
+Row {
+    id: swipe
+
+    property var actions: []
+    property bool more: false
+    readonly property real buttonWidth: Math.round(74 * Math.min(Theme.textScale, 1.4))
+
+    signal chosen(int code)
+    signal moreRequested(point position)
+
+    layoutDirection: Qt.RightToLeft
+
+    function offer(actions, room) {
+        const most = Math.max(1, Math.floor((room - 80) / buttonWidth))
+        more = actions.length > Math.min(most, 3)
+        swipe.actions = more ? actions.slice(0, Math.min(most, 3) - 1) : actions
+    }
+
+    Repeater {
+        model: swipe.actions
+
+        SwipeButton {
+            required property var modelData
+            required property int index
+
+            width: swipe.buttonWidth
+            height: swipe.height
+            name: modelData.title
+            symbol: modelData.symbol
+            color: modelData.destructive ? Theme.swipeDestructive : index % 2 ? Theme.swipeAccent : Theme.swipePlain
+            onActivated: swipe.chosen(modelData.code)
+        }
+    }
+
+    SwipeButton {
+        id: moreButton
+
+        visible: swipe.more
+        width: swipe.buttonWidth
+        height: swipe.height
+        name: shell.text("More")
+        symbol: "more"
+        color: Theme.swipePlain
+        onActivated: swipe.moreRequested(mapToItem(null, width / 2, height / 2))
+    }
+}

@@ -1,0 +1,39 @@
+import QtQuick
+
+// Tells a list which of its rows can be seen, at most once a frame.
+QtObject {
+    id: range
+
+    required property var view
+    readonly property var list: view.list
+    readonly property bool covered: view.covered
+    readonly property real top: view.contentY
+    readonly property real height: view.height
+    readonly property int count: view.count
+    readonly property int columns: view.columns
+
+    onListChanged: Qt.callLater(tell)
+    onCoveredChanged: Qt.callLater(tell)
+    onTopChanged: Qt.callLater(tell)
+    onHeightChanged: Qt.callLater(tell)
+    onCountChanged: Qt.callLater(tell)
+    onColumnsChanged: Qt.callLater(tell)
+
+    function tell() {
+        if (typeof list?.setVisibleRange !== "function")
+            return
+        if (covered || count === 0) {
+            list.setVisibleRange(0, 0)
+            return
+        }
+        const first = Math.max(0, rowAt(top, 0))
+        const last = rowAt(top + height - 1, columns - 1)
+        list.setVisibleRange(first, (last < 0 ? count : last + 1) - first)
+    }
+
+    // Row at a height and column; -1 where there is none, such as over the header.
+    function rowAt(y, column) {
+        const cell = view.width / columns
+        return view.indexAt((shell.mirrored ? columns - 1 - column : column) * cell + cell / 2, y)
+    }
+}
