@@ -75,10 +75,10 @@ const Commands::Command Commands::kCommands[] = {
     {"screen", "", "shows what is on the screen", &Commands::screen},
     {"tap", "NAME", "presses a row or a control", &Commands::tap},
     {"back", "", "presses the back button", &Commands::back},
-    {"type", "TEXT", "types into the active text field", &Commands::notYet},
-    {"clear", "", "empties the active text field", &Commands::notYet},
-    {"return", "", "presses the return key", &Commands::notYet},
-    {"action", "NAME ACTION", "asks for an item's action", &Commands::notYet},
+    {"type", "TEXT", "types into the active text field", &Commands::type},
+    {"clear", "", "empties the active text field", &Commands::clear},
+    {"return", "", "presses the return key", &Commands::pressReturn},
+    {"action", "NAME ACTION", "asks for an item's action", &Commands::action},
     {"peek", "NAME", "presses a row until its peek shows", &Commands::notYet},
     {"pop", "", "presses on, from a peek", &Commands::notYet},
     {"release", "", "lets go of a peek", &Commands::notYet},
@@ -160,8 +160,9 @@ Answer Commands::back(Arguments)
 
 Answer Commands::search(Arguments arguments)
 {
-    const auto list = ShownControllers::now().list;
-    if (!list || !list->shouldShowSearch())
+    const auto shown = ShownControllers::now();
+    const auto& list = shown.list;
+    if (!list || shown.alert || !list->shouldShowSearch())
         return Answer::refused("there is no search field on the screen");
     list->startSearch(arguments[0]);
     return {};

@@ -53,6 +53,10 @@ private:
     Answer screen(Arguments);
     Answer tap(Arguments);
     Answer back(Arguments);
+    Answer type(Arguments);
+    Answer clear(Arguments);
+    Answer pressReturn(Arguments);
+    Answer action(Arguments);
     Answer search(Arguments);
     Answer signIn(Arguments);
     Answer signOut(Arguments);

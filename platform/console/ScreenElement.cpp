@@ -13,4 +13,9 @@ std::string ScreenElement::text() const
     return text;
 }
 
+bool continuesLine(const Screen& screen, std::size_t index)
+{
+    return index > 0 && screen[index].key == "toolbar" && screen[index - 1].key == "toolbar";
+}
+
 } // namespace tessel

@@ -2,6 +2,7 @@
 
 #include "platform/base/URL.h"
 
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <string>
@@ -26,5 +27,8 @@ struct ScreenElement {
 
 /// From the top of the screen to its end.
 using Screen = std::vector<ScreenElement>;
+
+/// Whether an element stands in the line of the one before it, as those of a toolbar do.
+[[nodiscard]] bool continuesLine(const Screen&, std::size_t index);
 
 } // namespace tessel

@@ -75,9 +75,12 @@ std::string ScreenPainter::paint(const Screen& screen) const
     auto text = titleBar(screen);
     const auto titleColumns = titleWidth(screen, columns);
     std::size_t rows = 0;
-    for (const auto& element : screen) {
+    for (std::size_t index = 0; index < screen.size(); ++index) {
+        const auto& element = screen[index];
         if (element.isRow() && ++rows <= kMostRows)
             text += rowLine(element, rows, titleColumns, columns);
+        else if (continuesLine(screen, index))
+            text.insert(text.size() - 1, " | " + element.text());
         else if (!element.isRow() && element.key != "title" && element.key != "back")
             text += " " + std::string(element.key) + ": " + element.text() + "\n";
     }

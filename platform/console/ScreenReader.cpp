@@ -1,6 +1,7 @@
 #include "platform/console/ScreenReader.h"
 
 #include "platform/base/Platform.h"
+#include "platform/console/ScreenControls.h"
 #include "platform/console/ShownControllers.h"
 #include "platform/documents/DocumentListController.h"
 #include "platform/documents/SearchController.h"
@@ -61,14 +62,6 @@ ScreenElement rowElement(const ListRow& row, std::function<void()> press)
     return {"row", rowParts(row), row.title, std::move(press), row.url};
 }
 
-/// Adds what only informs; a key without a value is left out.
-void add(Screen& screen, std::string_view key, std::vector<std::string> parts)
-{
-    std::erase(parts, "");
-    if (!parts.empty())
-        screen.push_back({key, std::move(parts), {}, {}, {}});
-}
-
 std::string reason(const std::optional<Error>& failure)
 {
     if (!failure)
@@ -76,14 +69,20 @@ std::string reason(const std::optional<Error>& failure)
     return failure->failureReason.empty() ? failure->description : failure->failureReason;
 }
 
-void addNavigationBar(Screen& screen, const ShownControllers& shown)
+void addBackButton(Screen& screen, const ShownControllers& shown)
 {
-    add(screen, "title", {shown.top->navigationItem.title()});
     const auto target = shown.navigation->backTarget();
-    if (!target)
+    if (!target || shown.isStackCovered)
         return;
     const auto& title = target->navigationItem.title();
     screen.push_back({"back", {title}, title, [navigation = shown.navigation] { navigation->pressBack(); }, {}});
+}
+
+void addNavigationBar(Screen& screen, const ShownControllers& shown)
+{
+    addLine(screen, "title", {shown.top->navigationItem.title()});
+    addBackButton(screen, shown);
+    addBarItems(screen, shown.top->navigationItem);
 }
 
 void addListRows(Screen& screen, const std::shared_ptr<DocumentListController>& list)
@@ -96,32 +95,54 @@ void addListRows(Screen& screen, const std::shared_ptr<DocumentListController>& 
             selected.push_back(row.title);
     }
     for (auto& title : selected)
-        add(screen, "selected", {std::move(title)});
+        addLine(screen, "selected", {std::move(title)});
 }
 
 void addListState(Screen& screen, const DocumentListController& list)
 {
     switch (list.state()) {
     case ListState::Loading:
-        return add(screen, "loading", {list.title()});
+        return addLine(screen, "loading", {list.title()});
     case ListState::Failed:
-        return add(screen, "failed", {list.title(), reason(list.failure())});
+        return addLine(screen, "failed", {list.title(), reason(list.failure())});
     case ListState::Complete:
         if (list.containedItemCount() == 0)
-            add(screen, "empty", {list.title()});
+            addLine(screen, "empty", {list.title()});
     }
 }
 
-void addSearch(Screen& screen, const std::shared_ptr<SearchController>& search, const std::string& listTitle)
+void addSearchResults(Screen& screen, const std::shared_ptr<SearchController>& search)
 {
-    add(screen, "search", {platform::installed().text.displayName(search->query())});
+    addLine(screen, "search", {platform::installed().text.displayName(search->query())});
     const auto& results = search->results();
     for (std::size_t index = 0; index < results.size(); ++index)
         screen.push_back(rowElement(results[index], [search, index] { search->pressResult(index); }));
-    if (search->isBusy())
-        add(screen, "loading", {listTitle});
-    else if (results.empty())
-        add(screen, "empty", {listTitle});
+}
+
+void addSearchState(Screen& screen, const SearchController& search, const std::string& listTitle)
+{
+    if (search.isBusy())
+        addLine(screen, "loading", {listTitle});
+    else if (search.results().empty())
+        addLine(screen, "empty", {listTitle});
+}
+
+void addContent(Screen& screen, const ShownControllers& shown)
+{
+    if (shown.search)
+        addSearchResults(screen, shown.search);
+    else if (shown.list)
+        addListRows(screen, shown.list);
+    else if (const auto* unavailable = dynamic_cast<const UnavailableViewController*>(shown.top.get()))
+        addLine(screen, "unavailable", {unavailable->message()});
+}
+
+void addState(Screen& screen, const ShownControllers& shown)
+{
+    if (shown.search)
+        addSearchState(screen, *shown.search, shown.top->title());
+    else if (shown.list)
+        addListState(screen, *shown.list);
 }
 
 } // namespace
@@ -130,16 +151,14 @@ Screen readScreen()
 {
     Screen screen;
     const auto shown = ShownControllers::now();
-    if (!shown.top)
-        return screen;
-    addNavigationBar(screen, shown);
-    if (shown.search) {
-        addSearch(screen, shown.search, shown.top->title());
-    } else if (shown.list) {
-        addListRows(screen, shown.list);
-        addListState(screen, *shown.list);
-    } else if (const auto* unavailable = dynamic_cast<const UnavailableViewController*>(shown.top.get())) {
-        add(screen, "unavailable", {unavailable->message()});
+    if (shown.alert) {
+        addAlert(screen, shown.alert);
+    } else if (shown.top) {
+        addNavigationBar(screen, shown);
+        addContent(screen, shown);
+        if (!shown.isStackCovered)
+            addToolbar(screen, *shown.navigation, *shown.top);
+        addState(screen, shown);
     }
     return screen;
 }

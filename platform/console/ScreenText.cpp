@@ -10,7 +10,8 @@ namespace {
 
 bool canRepeat(std::string_view key)
 {
-    constexpr std::array<std::string_view, 6> kRepeatedKeys = {"row", "selected", "text", "field", "info", "button"};
+    constexpr std::array<std::string_view, 8> kRepeatedKeys = {"left", "right", "row",  "selected",
+                                                               "text", "field", "info", "button"};
     return std::ranges::find(kRepeatedKeys, key) != kRepeatedKeys.end();
 }
 
@@ -43,14 +44,28 @@ std::string jsonArray(Screen::const_iterator first, Screen::const_iterator end)
     return result + "]";
 }
 
+/// The values of a key that has one line.
+std::string joinedText(Screen::const_iterator first, Screen::const_iterator end)
+{
+    std::string result = first->text();
+    while (++first != end)
+        result += " | " + first->text();
+    return result;
+}
+
 } // namespace
 
 std::string screenLines(const Screen& screen)
 {
     std::string lines;
-    for (const auto& element : screen)
-        lines.append(element.key).append(": ").append(element.text()).append("\n");
-    return lines;
+    for (std::size_t index = 0; index < screen.size(); ++index) {
+        if (!continuesLine(screen, index))
+            lines.append(index > 0 ? "\n" : "").append(screen[index].key).append(": ");
+        else
+            lines.append(" | ");
+        lines.append(screen[index].text());
+    }
+    return screen.empty() ? "" : lines + "\n";
 }
 
 std::string screenJSON(const Screen& screen)
@@ -61,7 +76,7 @@ std::string screenJSON(const Screen& screen)
         if (first != screen.begin())
             object += ", ";
         object += jsonString(first->key) + ": ";
-        object += canRepeat(first->key) ? jsonArray(first, end) : jsonString(first->text());
+        object += canRepeat(first->key) ? jsonArray(first, end) : jsonString(joinedText(first, end));
         first = end;
     }
     return object + "}\n";

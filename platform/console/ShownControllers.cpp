@@ -3,25 +3,49 @@
 #include "platform/base/Platform.h"
 #include "platform/documents/DocumentListController.h"
 #include "platform/documents/SearchController.h"
+#include "platform/ui/AlertController.h"
 #include "platform/ui/Device.h"
 #include "platform/ui/NavigationController.h"
 #include "platform/ui/Window.h"
 
 namespace tessel {
 
+namespace {
+
+std::shared_ptr<NavigationController> rootOfKeyWindow()
+{
+    const auto window = platform::installed().device.keyWindow();
+    return window ? std::dynamic_pointer_cast<NavigationController>(window->rootViewController()) : nullptr;
+}
+
+} // namespace
+
 ShownControllers ShownControllers::now()
 {
     ShownControllers shown;
-    const auto window = platform::installed().device.keyWindow();
-    if (!window)
-        return shown;
-    shown.navigation = std::dynamic_pointer_cast<NavigationController>(window->rootViewController());
+    shown.navigation = rootOfKeyWindow();
     if (!shown.navigation)
         return shown;
     shown.top = shown.navigation->topViewController();
+    for (auto over = shown.navigation->presentedViewController(); over; over = over->presentedViewController())
+        shown.add(over);
     shown.list = std::dynamic_pointer_cast<DocumentListController>(shown.top);
-    shown.search = std::dynamic_pointer_cast<SearchController>(shown.navigation->presentedViewController());
     return shown;
+}
+
+void ShownControllers::add(const std::shared_ptr<ViewController>& presented)
+{
+    alert = std::dynamic_pointer_cast<AlertController>(presented);
+    const auto found = std::dynamic_pointer_cast<SearchController>(presented);
+    if (alert || found) {
+        search = found ? found : search;
+        return;
+    }
+    search = nullptr;
+    const auto stack = std::dynamic_pointer_cast<NavigationController>(presented);
+    isStackCovered = !stack;
+    navigation = stack ? stack : navigation;
+    top = stack ? stack->topViewController() : presented;
 }
 
 bool ShownControllers::isBusy() const

@@ -50,7 +50,7 @@ void StackView::willRemoveSubview(const View& view)
 Size StackView::intrinsicContentSize() const
 {
     const auto views = shownViews();
-    double length = views.empty() ? 0 : spacing_ * static_cast<double>(views.size() - 1);
+    double length = spaces(views);
     double breadth = views.empty() ? 0 : -1;
     bool hasLength = true;
     for (const auto& view : views) {
@@ -67,7 +67,7 @@ Size StackView::sizeThatFits(const Size& available) const
     const auto views = shownViews();
     const auto most = axis_ == Axis::Horizontal ? available : Size{available.width, 0};
     const auto lengths = this->lengths(views, most);
-    double length = views.empty() ? 0 : spacing_ * static_cast<double>(views.size() - 1);
+    double length = spaces(views);
     double breadth = 0;
     for (std::size_t index = 0; index < views.size(); ++index) {
         length += lengths[index];
@@ -81,7 +81,8 @@ Size StackView::sizeThatFits(const Size& available) const
 void StackView::layoutSubviews()
 {
     const auto views = shownViews();
-    const auto lengths = this->lengths(views, {frame().width, frame().height});
+    auto lengths = this->lengths(views, {frame().width, frame().height});
+    fill(lengths, views);
     double position = 0;
     for (std::size_t index = 0; index < views.size(); ++index) {
         place(*views[index], position, lengths[index]);
@@ -118,31 +119,43 @@ double StackView::lengthOf(const View& view, double across) const
     return length < 0 || axis_ == Axis::Horizontal ? length : view.sizeThatFits({across, 0}).height;
 }
 
-/// @param available 0 along the axis: as long as the contents
+double StackView::spaces(const Views& views) const
+{
+    return views.empty() ? 0 : spacing_ * static_cast<double>(views.size() - 1);
+}
+
+/// Those of the contents, the last ones cut to what is available.
+/// @param available 0 along the axis: without an end
 std::vector<double> StackView::lengths(const Views& views, const Size& available) const
 {
     std::vector<double> lengths;
-    std::vector<std::size_t> growing;
-    for (const auto& view : views) {
-        lengths.push_back(lengthOf(*view, across(available)));
-        if (lengths.back() < 0)
-            growing.push_back(lengths.size() - 1);
-        lengths.back() = std::max(lengths.back(), 0.0);
-    }
-    if (views.empty() || along(available) <= 0)
+    for (const auto& view : views)
+        lengths.push_back(std::max(lengthOf(*view, across(available)), 0.0));
+    if (along(available) <= 0)
         return lengths;
-    const auto spaces = spacing_ * static_cast<double>(views.size() - 1);
-    double rest = along(available) - spaces - std::accumulate(lengths.begin(), lengths.end(), 0.0);
-    if (rest > 0 && growing.empty())
-        growing.push_back(lengths.size() - 1);
-    for (const auto index : growing)
-        lengths[index] += std::max(rest, 0.0) / static_cast<double>(growing.size());
-    for (auto length = lengths.rbegin(); rest < 0 && length != lengths.rend(); ++length) {
-        const auto given = std::min(*length, -rest);
-        *length -= given;
-        rest += given;
+    double excess = std::accumulate(lengths.begin(), lengths.end(), spaces(views)) - along(available);
+    for (auto length = lengths.rbegin(); excess > 0 && length != lengths.rend(); ++length) {
+        const auto cut = std::min(*length, excess);
+        *length -= cut;
+        excess -= cut;
     }
     return lengths;
+}
+
+/// Gives away what is left of the stack's length.
+void StackView::fill(std::vector<double>& lengths, const Views& views) const
+{
+    const auto left =
+        along({frame().width, frame().height}) - std::accumulate(lengths.begin(), lengths.end(), spaces(views));
+    if (left <= 0 || views.empty())
+        return;
+    const auto grows = [&](const auto& view) { return along(view->intrinsicContentSize()) < 0; };
+    const auto growing = std::ranges::count_if(views, grows);
+    if (growing == 0)
+        lengths.back() += left;
+    for (std::size_t index = 0; index < views.size(); ++index)
+        if (grows(views[index]))
+            lengths[index] += left / static_cast<double>(growing);
 }
 
 void StackView::place(View& view, double position, double length) const

@@ -39,8 +39,10 @@ private:
     [[nodiscard]] double along(const Size&) const;
     [[nodiscard]] double across(const Size&) const;
     [[nodiscard]] Size size(double along, double across) const;
+    [[nodiscard]] double spaces(const Views&) const;
     [[nodiscard]] double lengthOf(const View&, double across) const;
     [[nodiscard]] std::vector<double> lengths(const Views&, const Size& available) const;
+    void fill(std::vector<double>& lengths, const Views&) const;
     void place(View&, double position, double length) const;
 
     std::vector<std::shared_ptr<View>> arranged_;

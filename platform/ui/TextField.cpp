@@ -174,15 +174,15 @@ std::shared_ptr<TextField> TextField::self()
 }
 
 /// A shell that shows the text already is told also when nothing has changed here, so that it shows what is here.
-bool TextField::replace(const TextRange& wanted, const std::string& text)
+bool TextField::replace(TextRange range, const std::string& text)
 {
     const auto self = this->self();
     const auto listener = delegate.lock();
-    if (listener && !listener->textFieldShouldChangeCharacters(*this, wanted.location, wanted.length, text)) {
+    if (listener && !listener->textFieldShouldChangeCharacters(*this, range.location, range.length, text)) {
         tellChanged(ViewChange::Properties);
         return false;
     }
-    const auto range = cut(wanted, characters(text_)); // the delegate may have set another text
+    range = cut(range, characters(text_)); // the delegate may have set another text
     const auto insertion = withoutLineBreaks(text);
     const auto begin = byteOffset(text_, range.location);
     const auto end = byteOffset(text_, range.location + range.length);

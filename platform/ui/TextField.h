@@ -94,7 +94,7 @@ public:
 
 private:
     [[nodiscard]] std::shared_ptr<TextField> self();
-    bool replace(const TextRange&, const std::string&);
+    bool replace(TextRange, const std::string&);
 
     std::string text_;
     std::string placeholder_;

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/console/ScreenElement.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tessel {
+
+class AlertController;
+class NavigationController;
+class NavigationItem;
+class ViewController;
+
+// What is shown and pressed besides the rows of lists.
+
+/// Adds what only informs; a key without a value is left out.
+void addLine(Screen&, std::string_view key, std::vector<std::string> parts);
+
+/// A navigation bar's items, in reading order.
+void addBarItems(Screen&, const NavigationItem&);
+
+/// The items of the toolbar, one element each, and before them the status line: the labels among the items.
+void addToolbar(Screen&, const NavigationController&, const ViewController& top);
+
+void addAlert(Screen&, const std::shared_ptr<AlertController>&);
+
+} // namespace tessel
