@@ -12,9 +12,13 @@ struct Flag {
 };
 
 constexpr Flag kFlags[] = {
-    {"--help", &CommandLine::showHelp},       {"-h", &CommandLine::showHelp},
-    {"--version", &CommandLine::showVersion}, {"--console", &CommandLine::console},
-    {"--json", &CommandLine::json},           {"--log-private", &CommandLine::showPrivateLogArguments},
+    {"--help", &CommandLine::showHelp},
+    {"-h", &CommandLine::showHelp},
+    {"--version", &CommandLine::showVersion},
+    {"--console", &CommandLine::console},
+    {"--gallery", &CommandLine::gallery},
+    {"--json", &CommandLine::json},
+    {"--log-private", &CommandLine::showPrivateLogArguments},
 };
 
 Error usageError(std::string text)
@@ -77,13 +81,15 @@ Result<CommandLine> CommandLine::parse(std::span<const char* const> arguments)
 std::string CommandLine::help()
 {
     return R"(Usage: tesseldrive [OPTION]...
-Browses the documents of a Tessel Drive: a folder on this device.
+Browses the documents of a Tessel Drive: a folder on this device. Opens a window on Wayland or X.
 
   --home DIR         keep the drive and the program's records in DIR
                      (default: $XDG_DATA_HOME/tesseldrive); a new one gets a small example drive
   --drive DIR        show the folder DIR as the drive; nothing is added to it but attributes and .Trash
-  --console          no window: commands on standard input, one a line ("help" lists them on a terminal)
+  --console          no window, also where there is a display: commands on standard input, one a line
+                     ("help" lists them on a terminal); scripts give it always
   --json             print each screen of the console as one JSON object
+  --gallery          show every kind of view that the program has, in place of the drive
   --log WHERE        log to "stderr", to a file, or not at all with "off" (default: the system's journal,
                      or a file under $XDG_STATE_HOME/tesseldrive)
   --log-level LEVEL  debug, info, warning or error (default: info; debug with --log)

@@ -13,6 +13,7 @@ struct CommandLine {
     bool showHelp = false;
     bool showVersion = false;
     bool console = false;
+    bool gallery = false;
     bool json = false;
     bool showPrivateLogArguments = false;
     std::string home;                 ///< empty: the default place

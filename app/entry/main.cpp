@@ -6,8 +6,11 @@
 #include "platform/linux/LinuxPlatform.h"
 #include "platform/linux/base/UserFolders.h"
 #include "platform/linux/log/DefaultLogSink.h"
+#include "platform/linux/run/EndSignals.h"
 #include "platform/linux/run/TerminalLineSource.h"
 #include "platform/log/StreamSink.h"
+#include "platform/qt/WindowShell.h"
+#include "platform/run/MainQueue.h"
 
 #include <filesystem>
 #include <fstream>
@@ -68,13 +71,40 @@ ConsoleOptions consoleOptions(const CommandLine& options, const TerminalLineSour
             .columns = [&input] { return input.columns(); }};
 }
 
+void runInConsole(Application& application, const CommandLine& options)
+{
+    TerminalLineSource input(DispatchQueue::main(), STDIN_FILENO);
+    application.launch({});
+    ConsoleShell(application, input, std::cout, consoleOptions(options, input)).run();
+}
+
+void runInWindow(Application& application)
+{
+    const EndSignals endSignals;
+    WindowShell shell(endSignals.descriptor());
+    application.launch({});
+    shell.run(application);
+}
+
+/// Whether to open a window; where one is wanted and cannot be opened, says why.
+bool opensWindow(const CommandLine& options)
+{
+    if (options.console)
+        return false;
+    const auto problem = WindowShell::whyNoWindow();
+    if (problem)
+        std::cerr << "tesseldrive: No display: " << *problem << ", running in the console\n";
+    return !problem;
+}
+
 void runApplication(LinuxPlatform& platform, const CommandLine& options)
 {
     AppDelegate delegate;
     Application application(delegate, platform.stateStore());
-    TerminalLineSource input(platform.services().mainQueue, STDIN_FILENO);
-    application.launch({});
-    ConsoleShell(application, input, std::cout, consoleOptions(options, input)).run();
+    if (opensWindow(options))
+        runInWindow(application);
+    else
+        runInConsole(application, options);
 }
 
 } // namespace

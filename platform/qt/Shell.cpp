@@ -1,18 +1,213 @@
 #include "platform/qt/Shell.h"
 
 #include "platform/base/Platform.h"
+#include "platform/qt/BarItem.h"
+#include "platform/qt/Layer.h"
+#include "platform/qt/SceneItems.h"
+#include "platform/qt/SystemAppearance.h"
+#include "platform/qt/WindowSize.h"
+#include "platform/qt/views/Node.h"
 #include "platform/text/TextServices.h"
+#include "platform/ui/Device.h"
+#include "platform/ui/NavigationController.h"
+#include "platform/ui/Window.h"
+
+#include <QJSEngine>
 
 namespace tessel::qt {
 
+namespace {
+
+Device& device()
+{
+    return platform::installed().device;
+}
+
+std::shared_ptr<ViewController> rootController()
+{
+    const auto window = device().keyWindow();
+    return window ? window->rootViewController() : nullptr;
+}
+
+std::shared_ptr<NavigationController> rootNavigation()
+{
+    return std::dynamic_pointer_cast<NavigationController>(rootController());
+}
+
+/// Lays out the stack's top controller in the room between the bars.
+void layOutTop(NavigationController& navigation, const Size& window)
+{
+    navigation.layoutView({0, 0, window.width, window.height});
+    const auto top = navigation.topViewController();
+    if (!top)
+        return;
+    const auto above = NavigationController::navigationBarHeight();
+    const auto below = navigation.toolbarHidden() ? 0 : NavigationController::toolbarHeight();
+    top->layoutView({0, above, window.width, std::max(0.0, window.height - above - below)});
+}
+
+} // namespace
+
+Shell::Shell(const SystemAppearance& appearance)
+    : appearance_(appearance), items_(new BarItems(appearance.isDark(), this)),
+      pages_(new PageStack(appearance.isDark(), this)), layers_(new LayerList(appearance.isDark(), this))
+{
+    QJSEngine::setObjectOwnership(this, QJSEngine::CppOwnership);
+    connect(&appearance, &SystemAppearance::changed, this, &Shell::appearanceChanged);
+    device().screenChanged = [this] { screenChanged(); };
+    screenChanged();
+}
+
+Shell::~Shell()
+{
+    device().screenChanged = nullptr;
+}
+
+bool Shell::isTablet() const
+{
+    return device().idiom == Idiom::Pad;
+}
+
+bool Shell::isMirrored() const
+{
+    return device().layoutDirection == LayoutDirection::RightToLeft;
+}
+
+bool Shell::isDark() const
+{
+    return appearance_.isDark();
+}
+
+double Shell::textScale() const
+{
+    return device().textScale;
+}
+
+double Shell::navigationBarHeight() const
+{
+    return NavigationController::navigationBarHeight();
+}
+
+double Shell::toolbarHeight() const
+{
+    return NavigationController::toolbarHeight();
+}
+
 QString Shell::applicationTitle() const
 {
-    return text("Tessel Drive");
+    return text(QStringLiteral("Tessel Drive"));
 }
 
 QString Shell::text(const QString& key) const
 {
     return QString::fromStdString(platform::installed().text.localized(key.toStdString()));
+}
+
+bool Shell::back()
+{
+    sync(); // what QML shows may be older than what there is
+    const bool wentBack = goBack();
+    if (wentBack)
+        sync(); // and QML may ask at once what became of its page
+    return wentBack;
+}
+
+bool Shell::goBack()
+{
+    const auto layers = layers_->layers();
+    if (layers.empty()) {
+        const auto navigation = rootNavigation();
+        return navigation && navigation->pressBack();
+    }
+    auto* const top = layers.back();
+    return top->cancel() || (top->navigation() && top->navigation()->pressBack());
+}
+
+void Shell::setSize(double width, double height)
+{
+    const Rect bounds{0, 0, width, height};
+    if (bounds == device().screenBounds())
+        return;
+    device().setScreenBounds(bounds);
+    device().idiom = idiomOfSize({width, height});
+    emit deviceChanged();
+    screenChanged();
+}
+
+void Shell::setActive(bool isActive)
+{
+    if (std::exchange(isActive_, isActive) != isActive)
+        emit activeChanged();
+}
+
+void Shell::appearanceChanged()
+{
+    device().textScale = appearance_.textScale();
+    items_->setDark(isDark());
+    pages_->setDark(isDark());
+    layers_->setDark(isDark());
+    emit deviceChanged();
+    screenChanged();
+}
+
+void Shell::screenChanged()
+{
+    if (isLayingOut_ || std::exchange(isSyncPosted_, true))
+        return;
+    QMetaObject::invokeMethod(this, &Shell::sync, Qt::QueuedConnection);
+}
+
+void Shell::sync()
+{
+    isSyncPosted_ = false;
+    const auto laidOut = layOut();
+    pages_->sync(rootNavigation().get(), *items_);
+    syncLayers();
+    items_->dropGone();
+    if (laidOut != LayerList::presentedBy(rootController()))
+        screenChanged(); // laying out has presented something
+}
+
+void Shell::syncLayers()
+{
+    layers_->follow(rootController());
+    for (auto* const layer : layers_->layers())
+        layer->sync(*items_, rectOf(layer->controller()->popoverAnchor));
+}
+
+// What is told while laying out is read right after it, so it needs no turn of its own: a controller that changes
+// something whenever it is laid out would keep the shell busy for ever.
+PresenceList::Controllers Shell::layOut()
+{
+    isLayingOut_ = true;
+    const auto bounds = device().screenBounds();
+    const Size window{bounds.width, bounds.height};
+    if (const auto navigation = rootNavigation())
+        layOutTop(*navigation, window);
+    const auto presented = LayerList::presentedBy(rootController());
+    layers_->follow(rootController());
+    for (const auto* const layer : layers_->layers()) {
+        layer->layOut(window, isTablet());
+        if (const auto navigation = layer->navigation())
+            layOutTop(*navigation, window);
+    }
+    isLayingOut_ = false;
+    return presented;
+}
+
+QRectF Shell::rectOf(const PopoverAnchor& anchor) const
+{
+    const auto entry = anchor.barButtonItem.lock();
+    const auto view = anchor.sourceView.lock();
+    if (!scene_ || (!entry && !view))
+        return {};
+    if (entry)
+        return rectOnScene(
+            itemShowing(*scene_, "item", [shown = items_->find(entry)](const QObject* item) { return item == shown; }));
+    const auto* const item = itemShowing(*scene_, "node", [&view](const QObject* node) {
+        return qobject_cast<const Node*>(node) && static_cast<const Node*>(node)->view() == view;
+    });
+    return rectOnScene(item, anchor.sourceRect, isMirrored());
 }
 
 } // namespace tessel::qt

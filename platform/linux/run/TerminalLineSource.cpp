@@ -3,7 +3,6 @@
 #include "platform/run/MainQueue.h"
 
 #include <array>
-#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
@@ -20,12 +19,6 @@ namespace {
 constexpr std::size_t kLongestLine = std::size_t{1} << 20U; ///< bytes
 constexpr std::size_t kUsualColumns = 80;
 
-constexpr std::array kEndSignals{SIGINT, SIGTERM, SIGHUP};
-
-static_assert(std::atomic<int>::is_always_lock_free, "a signal handler may use no other");
-std::atomic<bool> endIsAsked = false;
-std::atomic<int> endWakeUp = -1;
-
 void wake(int wakeUp)
 {
     const std::uint64_t one = 1;
@@ -33,29 +26,10 @@ void wake(int wakeUp)
     [[maybe_unused]] const auto written = ::write(wakeUp, &one, sizeof one);
 }
 
-// Runs on any thread. It writes to the wake-up because a wait of the main thread ends only for a signal of its own.
-extern "C" void askForTheEnd(int /*signal*/)
+void forget(int wakeUp)
 {
-    const int errorNumber = errno;
-    endIsAsked = true;
-    for (const int signal : kEndSignals)
-        std::signal(signal, SIG_DFL);
-    wake(endWakeUp);
-    errno = errorNumber;
-}
-
-// A signal that the process was started with ignored (by nohup, say) stays ignored.
-void handleEndSignals(void (*handler)(int))
-{
-    for (const int signal : kEndSignals) {
-        struct sigaction action = {};
-        if (::sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN)
-            continue;
-        action = {};
-        action.sa_handler = handler;
-        action.sa_flags = SA_RESTART;
-        ::sigaction(signal, &action, nullptr);
-    }
+    std::uint64_t wakes = 0;
+    [[maybe_unused]] const auto size = ::read(wakeUp, &wakes, sizeof wakes);
 }
 
 timespec toTimespec(Clock::Ticks duration)
@@ -71,21 +45,12 @@ TerminalLineSource::TerminalLineSource(MainQueue& queue, int input)
 {
     std::signal(SIGPIPE, SIG_IGN);
     queue.setWakeHandler([wakeUp = wakeUp_] { wake(wakeUp->get()); });
-    endIsAsked = false;
-    endWakeUp = wakeUp_->get();
-    handleEndSignals(askForTheEnd);
-}
-
-TerminalLineSource::~TerminalLineSource()
-{
-    handleEndSignals(SIG_DFL);
-    endWakeUp = -1;
 }
 
 Input TerminalLineSource::next(std::optional<Clock::Ticks> timeout)
 {
     for (;;) {
-        if (endIsAsked)
+        if (EndSignals::isEndAsked())
             return {Input::Kind::End, {}};
         if (auto input = takeLine())
             return std::move(*input);
@@ -110,17 +75,16 @@ std::size_t TerminalLineSource::columns() const
 
 bool TerminalLineSource::poll(WaitFor what, std::optional<Clock::Ticks> timeout)
 {
-    std::array<pollfd, 2> descriptors{{{wakeUp_->get(), POLLIN, 0}, {input_, POLLIN, 0}}};
+    std::array<pollfd, 3> descriptors{
+        {{wakeUp_->get(), POLLIN, 0}, {endSignals_.descriptor(), POLLIN, 0}, {input_, POLLIN, 0}}};
     const timespec limit = toTimespec(timeout.value_or(Clock::Ticks::zero()));
-    const nfds_t count = what == WaitFor::Wake ? 1 : 2;
+    const nfds_t count = what == WaitFor::Wake ? 2 : 3;
     // A signal ends the wait like a wake-up; the caller looks around and waits again.
     if (::ppoll(descriptors.data(), count, timeout ? &limit : nullptr, nullptr) <= 0)
         return false;
-    if (descriptors[0].revents != 0) {
-        std::uint64_t wakes = 0;
-        [[maybe_unused]] const auto drained = ::read(wakeUp_->get(), &wakes, sizeof wakes);
-    }
-    return descriptors[1].revents != 0;
+    forget(wakeUp_->get());
+    forget(endSignals_.descriptor());
+    return what == WaitFor::InputAndWake && descriptors[2].revents != 0;
 }
 
 void TerminalLineSource::readMore()

@@ -2,6 +2,7 @@
 
 #include "platform/console/LineSource.h"
 #include "platform/linux/files/FileDescriptor.h"
+#include "platform/linux/run/EndSignals.h"
 
 #include <cstddef>
 #include <memory>
@@ -20,9 +21,6 @@ public:
     /// Also becomes the queue's wake handler, so it is made before other threads run; they may outlive it.
     /// @param input stays the caller's
     TerminalLineSource(MainQueue& queue, int input);
-    ~TerminalLineSource() override;
-    TerminalLineSource(const TerminalLineSource&) = delete;
-    TerminalLineSource& operator=(const TerminalLineSource&) = delete;
 
     Input next(std::optional<Clock::Ticks> timeout) override;
     void waitForWake(Clock::Ticks timeout) override;
@@ -41,6 +39,7 @@ private:
     [[nodiscard]] Input checked(std::string line);
 
     const int input_;
+    const EndSignals endSignals_;
     const std::shared_ptr<const FileDescriptor> wakeUp_; ///< counts the wake-ups
     std::string buffer_;                                 ///< read, but not taken
     std::size_t searched_ = 0;                           ///< bytes at the beginning of the buffer that hold no line end

@@ -1,0 +1,89 @@
+#include "platform/qt/Display.h"
+
+#include <QDir>
+#include <QLibraryInfo>
+
+#include <cstdlib>
+#include <cstring>
+#include <string_view>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+#include <xcb/xcb.h>
+
+namespace tessel::qt {
+
+namespace {
+
+constexpr auto kPlatformVariable = "QT_QPA_PLATFORM";
+
+/// Empty when the variable is not set.
+std::string environment(const char* name)
+{
+    const auto* const value = std::getenv(name);
+    return value ? value : "";
+}
+
+bool isPluginThere(const QString& name)
+{
+    const QDir folder(QLibraryInfo::path(QLibraryInfo::PluginsPath) + "/platforms");
+    return !folder.entryList({"libq" + name + "*.so"}).isEmpty();
+}
+
+bool canConnect(const std::string& path)
+{
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    if (path.size() >= sizeof address.sun_path)
+        return false;
+    std::memcpy(address.sun_path, path.data(), path.size());
+    const int connection = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const bool answers = ::connect(connection, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+    if (connection >= 0)
+        ::close(connection);
+    return answers;
+}
+
+bool waylandAnswers()
+{
+    const auto name = environment("WAYLAND_DISPLAY").empty() ? "wayland-0" : environment("WAYLAND_DISPLAY");
+    return canConnect(name.front() == '/' ? name : environment("XDG_RUNTIME_DIR") + '/' + name);
+}
+
+bool xAnswers()
+{
+    auto* const connection = xcb_connect(nullptr, nullptr);
+    const bool answers = xcb_connection_has_error(connection) == 0;
+    xcb_disconnect(connection);
+    return answers;
+}
+
+/// Whether a way that the user has named leads to a display. Others than Wayland and X need no server.
+bool leadsToDisplay(std::string_view platform)
+{
+    if (platform.starts_with("wayland"))
+        return isPluginThere("wayland") && waylandAnswers();
+    return !platform.starts_with("xcb") || (isPluginThere("xcb") && xAnswers());
+}
+
+} // namespace
+
+std::optional<std::string> chooseDisplay()
+{
+    if (const auto named = environment(kPlatformVariable); !named.empty())
+        return leadsToDisplay(named) ? std::nullopt : std::optional(named + " does not answer");
+    const bool hasWayland = !environment("WAYLAND_DISPLAY").empty();
+    const bool hasX = !environment("DISPLAY").empty();
+    for (const auto& [isSet, platform] : {std::pair(hasWayland, "wayland"), std::pair(hasX, "xcb")}) {
+        if (!isSet || !leadsToDisplay(platform))
+            continue;
+        qputenv(kPlatformVariable, platform);
+        return std::nullopt;
+    }
+    if (!hasWayland && !hasX)
+        return "neither WAYLAND_DISPLAY nor DISPLAY is set";
+    const auto display = hasX ? "the display " + environment("DISPLAY") : "Wayland's " + environment("WAYLAND_DISPLAY");
+    return display + " does not answer";
+}
+
+} // namespace tessel::qt

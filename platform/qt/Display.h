@@ -1,0 +1,13 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace tessel::qt {
+
+/// Chooses the way to a display for the application object to come, which ends the program when it cannot be gone: that
+/// of QT_QPA_PLATFORM, else Wayland, else X. One is only chosen when its server answers.
+/// @returns why there is no display, in words for the user; none when one was chosen
+[[nodiscard]] std::optional<std::string> chooseDisplay();
+
+} // namespace tessel::qt

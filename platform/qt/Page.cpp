@@ -1,0 +1,57 @@
+#include "platform/qt/Page.h"
+
+#include "platform/documents/DocumentListController.h"
+#include "platform/documents/UnavailableViewController.h"
+#include "platform/qt/BarItems.h"
+#include "platform/ui/NavigationController.h"
+
+namespace tessel::qt {
+
+Page::Page(const std::shared_ptr<ViewController>& controller, bool dark, QObject* parent)
+    : Presence(controller, parent), views_(dark)
+{
+    if (const auto list = std::dynamic_pointer_cast<DocumentListController>(controller))
+        list_ = new FolderList(list, this);
+}
+
+QString Page::kind() const
+{
+    if (list_)
+        return QStringLiteral("list");
+    const bool isUnavailable = std::dynamic_pointer_cast<UnavailableViewController>(controller()) != nullptr;
+    return isUnavailable ? QStringLiteral("unavailable") : QStringLiteral("views");
+}
+
+QString Page::message() const
+{
+    const auto unavailable = std::dynamic_pointer_cast<UnavailableViewController>(controller());
+    return unavailable ? QString::fromStdString(unavailable->message()) : QString();
+}
+
+Node* Page::root()
+{
+    return kind() == QStringLiteral("views") ? views_.nodeFor(controller()->view().shared_from_this()) : nullptr;
+}
+
+void Page::sync(const NavigationController& navigation, const ViewController* below, BarItems& items)
+{
+    const auto& item = controller()->navigationItem;
+    assign(title_, QString::fromStdString(item.title()), &Page::titleChanged);
+    syncBack(below);
+    assign(leftItems_, items.itemsFor(item.leftItems()), &Page::leftItemsChanged);
+    assign(rightItems_, items.itemsFor(item.rightItems()), &Page::rightItemsChanged);
+    assign(toolbarItems_, items.itemsFor(controller()->toolbarItems()), &Page::toolbarItemsChanged);
+    assign(isToolbarHidden_, navigation.toolbarHidden(), &Page::toolbarHiddenChanged);
+    if (list_)
+        list_->sync();
+}
+
+void Page::syncBack(const ViewController* below)
+{
+    const auto& item = controller()->navigationItem;
+    const bool hasRoom = item.leftItems().empty() || item.leftItemsSupplementBackButton();
+    assign(backTitle_, below ? QString::fromStdString(below->navigationItem.title()) : QString(), &Page::backChanged);
+    assign(canGoBack_, below && hasRoom && !item.hidesBackButton(), &Page::backChanged);
+}
+
+} // namespace tessel::qt
