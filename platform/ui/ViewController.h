@@ -4,6 +4,7 @@
 #include "platform/ui/Presentation.h"
 #include "platform/ui/View.h"
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <string>
@@ -114,8 +115,7 @@ private:
     [[nodiscard]] std::shared_ptr<ViewController> container() const;
     [[nodiscard]] bool isCovered() const;
     void replacePresented(const std::shared_ptr<ViewController>&, Animated, std::function<void()> shown);
-    void endPresentation(const Controllers& gone, const std::shared_ptr<ViewController>&,
-                         const std::function<void()>& shown);
+    void endPresentation(const Controllers& gone, std::size_t change, const std::function<void()>& shown);
     [[nodiscard]] Controllers takePresented();
 
     std::shared_ptr<View> view_;
@@ -127,6 +127,7 @@ private:
     std::weak_ptr<ViewController> presenting_;
     std::weak_ptr<NavigationController> navigation_;
     std::shared_ptr<ViewController> presented_;
+    std::size_t presentations_ = 0; ///< how often `presented_` has changed
 };
 
 } // namespace tessel

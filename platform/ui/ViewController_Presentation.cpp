@@ -39,6 +39,11 @@ void ViewController::replacePresented(const std::shared_ptr<ViewController>& con
     presented_ = controller;
     if (controller)
         controller->presenting_ = self;
+    DispatchQueue::main().async([self, gone, change = ++presentations_, told = std::move(shown)] {
+        self->endPresentation(gone, change, told);
+    });
+    platform::installed().device.tellScreenChanged();
+
     for (const auto& one : gone) {
         one->beginDisappearing(animated);
         one->wasDismissed();
@@ -49,23 +54,20 @@ void ViewController::replacePresented(const std::shared_ptr<ViewController>& con
         beginAppearing(animated);
     if (controller && presented_ == controller)
         controller->beginAppearing(animated);
-    platform::installed().device.tellScreenChanged();
-    DispatchQueue::main().async(
-        [self, gone, controller, told = std::move(shown)] { self->endPresentation(gone, controller, told); });
 }
 
-/// What has changed again in the meantime is told of by the task that this change left.
-void ViewController::endPresentation(const Controllers& gone, const std::shared_ptr<ViewController>& controller,
-                                     const std::function<void()>& shown)
+/// Only the last of several changes tells what is on screen; the others may have been undone.
+void ViewController::endPresentation(const Controllers& gone, std::size_t change, const std::function<void()>& shown)
 {
     for (const auto& one : gone)
         one->endDisappearing();
+    if (change != presentations_)
+        return;
     endDisappearing();
     endAppearing();
-    if (!controller || presented_ != controller)
-        return;
-    controller->endAppearing();
-    if (shown)
+    if (const auto controller = presented_)
+        controller->endAppearing();
+    if (shown && change == presentations_)
         shown();
 }
 
