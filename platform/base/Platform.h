@@ -9,6 +9,7 @@ class Device;
 class FileCoordinationService;
 class FileManager;
 class FolderReader;
+class GenerationalStorage;
 class MainQueue;
 class NotificationCenter;
 class ResourceValues;
@@ -32,6 +33,7 @@ struct Services {
     ResourceValues& resources;
     FolderReader& folders;
     CloudService& cloud;
+    GenerationalStorage& storage;
     ApplicationRegistry& apps;
     UserDefaults& defaults;
     Device& device;

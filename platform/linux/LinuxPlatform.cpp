@@ -3,6 +3,7 @@
 #include "platform/base/NotificationCenter.h"
 #include "platform/linux/StartFolders.h"
 #include "platform/linux/apps/DesktopApplications.h"
+#include "platform/linux/cloud/CatalogStorage.h"
 #include "platform/linux/cloud/LocalCloudService.h"
 #include "platform/linux/coordination/LinuxFileCoordination.h"
 #include "platform/linux/files/AtomicFile.h"
@@ -12,6 +13,7 @@
 #include "platform/linux/files/LinuxResourceValues.h"
 #include "platform/linux/files/PosixFileManager.h"
 #include "platform/linux/files/SharedMimeTypes.h"
+#include "platform/linux/files/UnfinishedWork.h"
 #include "platform/linux/text/EmbeddedStringTables.h"
 #include "platform/linux/text/IcuTextServices.h"
 #include "platform/linux/text/UserLocale.h"
@@ -25,7 +27,7 @@ namespace tessel {
 struct LinuxPlatform::Parts {
     Parts(const LinuxPlatformOptions& options, const std::string& locale, const URL& home)
         : clock(options.clock ? *options.clock : systemClock), text(locale, embeddedStringTables()),
-          types(locale, SharedMimeTypes::userDataFolders()), defaults(home.appending("defaults.json"), log),
+          types(locale, SharedMimeTypes::userDataFolders()), unfinished(home.appending("unfinished")), defaults(home.appending("defaults.json"), log),
           states(home.appending("state.json"), log),
           apps(options.desktop ? *options.desktop : DesktopFolders::ofUser(), locale,
                {mainQueue, log, clock, text, types, coordination})
@@ -38,6 +40,8 @@ struct LinuxPlatform::Parts {
         if (!opened)
             return opened.error();
         cloud = std::move(opened.value());
+        storage.emplace(*cloud, cloud->documentIdentifiers());
+        resources.emplace(files, types, cloud->documentIdentifiers());
         folders.emplace(FolderServices{mainQueue, log, text, types, files, *cloud});
         return std::nullopt;
     }
@@ -49,14 +53,16 @@ struct LinuxPlatform::Parts {
     UnifiedLog log{clock};
     IcuTextServices text;
     SharedMimeTypes types;
-    PosixFileManager files;
+    UnfinishedWork unfinished;
+    PosixFileManager files{unfinished};
     LinuxFileCoordination coordination{{clock, files}};
-    LinuxResourceValues resources{files, types};
     FileUserDefaults defaults;
     FileStateStore states;
     DesktopApplications apps;
     Device device;
     std::unique_ptr<LocalCloudService> cloud;
+    std::optional<CatalogStorage> storage;
+    std::optional<LinuxResourceValues> resources;
     std::optional<LinuxFolderReader> folders;
 };
 
@@ -74,6 +80,7 @@ Result<std::unique_ptr<LinuxPlatform>> LinuxPlatform::create(const LinuxPlatform
         drive = *folder;
     }
     auto parts = std::make_unique<Parts>(options, options.locale.empty() ? userLocale() : options.locale, *home);
+    parts->unfinished.clearUp();
     if (auto error = parts->connect(*home, drive))
         return *std::move(error);
     return std::unique_ptr<LinuxPlatform>(new LinuxPlatform(std::move(parts)));
@@ -96,9 +103,10 @@ platform::Services LinuxPlatform::services()
         .types = parts_->types,
         .files = parts_->files,
         .coordination = parts_->coordination,
-        .resources = parts_->resources,
+        .resources = *parts_->resources,
         .folders = *parts_->folders,
         .cloud = *parts_->cloud,
+        .storage = *parts_->storage,
         .apps = parts_->apps,
         .defaults = parts_->defaults,
         .device = parts_->device,

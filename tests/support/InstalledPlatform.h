@@ -16,6 +16,7 @@
 #include <optional>
 #include <string>
 #include <type_traits>
+#include <vector>
 
 namespace tessel {
 
@@ -26,6 +27,7 @@ public:
     struct Library {
         std::string identifier; ///< "orvane.Lookbook"
         std::string localizedName;
+        std::vector<std::string> owners = {}; ///< identifiers of its applications
     };
 
     /// Binds `drive`, which is empty.
@@ -75,10 +77,10 @@ template <typename Wrapper>
             return service;
     };
     const auto& [clock, mainQueue, notifications, log, text, types, files, coordination, resources, folders, cloud,
-                 apps, defaults, device] = platform::installed();
+                 storage, apps, defaults, device] = platform::installed();
     return {either(clock), either(mainQueue), either(notifications), either(log),       either(text),
             either(types), either(files),     either(coordination),  either(resources), either(folders),
-            either(cloud), either(apps),      either(defaults),      either(device)};
+            either(cloud), either(storage),   either(apps),          either(defaults),  either(device)};
 }
 
 } // namespace tessel

@@ -10,7 +10,7 @@ namespace tessel {
 
 namespace {
 
-constexpr int kSchemaVersion = 1; // kept in user_version; 0 before the tables are made
+constexpr int kSchemaVersion = 2; // kept in user_version; 0 before the tables are made
 
 // Paths are relative to the synced root, so that the home may be moved. Lists are JSON. An absent depth is NULL.
 constexpr const char* kSchema = R"sql(
@@ -27,7 +27,25 @@ constexpr const char* kSchema = R"sql(
         documentTypes TEXT NOT NULL,
         owners TEXT NOT NULL
     ) WITHOUT ROWID;
-    PRAGMA user_version = 1;
+)sql";
+
+// What the second version added. An inode is kept as the signed number of the same bits. "change" orders the documents
+// that were seen at one path.
+constexpr const char* kDocumentSchema = R"sql(
+    CREATE TABLE documents (
+        identifier INTEGER PRIMARY KEY,
+        drive BLOB NOT NULL,
+        path BLOB NOT NULL,
+        inode INTEGER NOT NULL,
+        birth INTEGER NOT NULL,
+        change INTEGER NOT NULL
+    );
+    CREATE INDEX documentFiles ON documents (inode, birth);
+    CREATE INDEX documentPaths ON documents (path, drive);
+    CREATE TABLE documentChanges (count INTEGER NOT NULL);
+    INSERT INTO documentChanges VALUES (0);
+    CREATE TABLE scannedDrives (drive BLOB PRIMARY KEY) WITHOUT ROWID;
+    PRAGMA user_version = 2;
 )sql";
 
 std::string archivedList(const std::vector<std::string>& texts)
@@ -71,7 +89,20 @@ Catalog::Opened Catalog::checked(Result<Database> database, const URL& file, con
         return Error{Domain::General, ErrorCode::kUnsupported,
                      "The catalogue “" + file.path() + "” was made by a newer version of this program.",
                      "It is newer than this program"};
+    catalog->extendSchema();
     return catalog;
+}
+
+// Of a home that an earlier version made. Where nothing can be written it serves as it is, without document
+// identifiers.
+void Catalog::extendSchema()
+{
+    if (schemaVersion() == kSchemaVersion || !database_.canChange())
+        return;
+    Transaction transaction(database_);
+    const bool isStillOld = transaction.hasBegun() && schemaVersion() < kSchemaVersion; // not done by another instance
+    if (isStillOld && database_.execute(kDocumentSchema))
+        (void)transaction.commit();
 }
 
 Catalog::Opened Catalog::make(const URL& file, const URL& syncedRoot, const std::string& firstAccount)
@@ -97,7 +128,7 @@ void Catalog::prepareForChange()
 int Catalog::schemaVersion() const
 {
     auto query = database_.prepare("PRAGMA user_version");
-    return query.step() == Statement::Step::Row ? query.number(0) : -1;
+    return query.step() == Statement::Step::Row ? static_cast<int>(query.number(0)) : -1;
 }
 
 std::optional<Error> Catalog::makeSchema(const std::string& firstAccount)
@@ -105,7 +136,8 @@ std::optional<Error> Catalog::makeSchema(const std::string& firstAccount)
     if (!database_.execute("PRAGMA journal_mode = WAL"))
         return database_.lastError();
     Transaction transaction(database_);
-    const bool made = transaction.hasBegun() && database_.execute(kSchema) && replaceSignedIn(firstAccount);
+    const bool made = transaction.hasBegun() && database_.execute(kSchema) && database_.execute(kDocumentSchema) &&
+                      replaceSignedIn(firstAccount);
     if (!made || !transaction.commit())
         return database_.lastError();
     return std::nullopt;

@@ -21,8 +21,8 @@ public:
 
     using Opened = Result<std::unique_ptr<Catalog>>;
 
-    /// Opens a catalogue and writes nothing. One on a full disk, or in a folder that cannot be written, can be read;
-    /// changes fail until there is room again.
+    /// Opens a catalogue and writes nothing, but that it extends one of an earlier version. One on a full disk, or in a
+    /// folder that cannot be written, can be read; changes fail until there is room again.
     /// @returns a no-such-file error (4) when there is none, or only the beginning of one; a corrupt-file error (259)
     ///          when it is damaged
     static Opened open(const URL& file, const URL& syncedRoot);
@@ -51,6 +51,7 @@ private:
     static Opened checked(Result<Database> database, const URL& file, const URL& syncedRoot);
     void prepareForChange();
     [[nodiscard]] int schemaVersion() const;
+    void extendSchema();
     [[nodiscard]] std::optional<Error> makeSchema(const std::string& firstAccount);
     [[nodiscard]] bool replaceSignedIn(const std::string& accountName);
     [[nodiscard]] bool add(const CloudContainer&);

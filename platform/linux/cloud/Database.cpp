@@ -86,6 +86,12 @@ Statement& Statement::bindBytes(std::string_view bytes)
     return *this;
 }
 
+Statement& Statement::bindNumber(std::int64_t number)
+{
+    sqlite3_bind_int64(handle_.get(), ++boundCount_, number);
+    return *this;
+}
+
 Statement::Step Statement::step()
 {
     const int result = handle_ ? sqlite3_step(handle_.get()) : SQLITE_MISUSE;
@@ -101,9 +107,9 @@ std::string Statement::bytes(int column) const
     return content ? std::string(content, size) : std::string();
 }
 
-int Statement::number(int column) const
+std::int64_t Statement::number(int column) const
 {
-    return sqlite3_column_int(handle_.get(), column);
+    return sqlite3_column_int64(handle_.get(), column);
 }
 
 void Database::Closer::operator()(sqlite3* database) const

@@ -3,6 +3,7 @@
 #include "platform/base/Error.h"
 #include "platform/base/URL.h"
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -21,12 +22,13 @@ public:
     /// The next parameter, in the order of the question marks.
     Statement& bind(std::string_view text);
     Statement& bindBytes(std::string_view bytes);
+    Statement& bindNumber(std::int64_t number);
 
     [[nodiscard]] Step step();
 
     /// A column of the current row as bytes; empty for NULL.
     [[nodiscard]] std::string bytes(int column) const;
-    [[nodiscard]] int number(int column) const;
+    [[nodiscard]] std::int64_t number(int column) const;
 
 private:
     friend class Database;

@@ -45,7 +45,7 @@ bool failedWith(int generalCode, const Result<PreparedDrive>& drive)
 class Preparation {
 public:
     explicit Preparation(const CloudOptions& options)
-        : options_(options), root_(syncedRootIn(options.home)), file_(options.home.appending("catalog.sqlite"))
+        : options_(options), root_(syncedRootIn(options.home)), file_(catalogIn(options.home))
     {
     }
 
@@ -142,6 +142,11 @@ private:
 URL syncedRootIn(const URL& home)
 {
     return home.appending("Mobile Documents");
+}
+
+URL catalogIn(const URL& home)
+{
+    return home.appending("catalog.sqlite");
 }
 
 Result<PreparedDrive> prepareDrive(const CloudOptions& options)

@@ -11,6 +11,9 @@ struct CloudOptions;
 /// Where the containers of a home lie.
 [[nodiscard]] URL syncedRootIn(const URL& home);
 
+/// Where a home's catalogue lies.
+[[nodiscard]] URL catalogIn(const URL& home);
+
 struct PreparedDrive {
     std::unique_ptr<Catalog> catalog;
     Catalog::Containers containers; ///< of the synced root, the default one included

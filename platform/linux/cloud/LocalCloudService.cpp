@@ -55,7 +55,9 @@ Result<std::unique_ptr<LocalCloudService>> LocalCloudService::open(const CloudOp
 
 LocalCloudService::LocalCloudService(const CloudOptions& options, std::unique_ptr<Catalog> catalog,
                                      const Catalog::Containers& containers)
-    : options_(options), catalog_(std::move(catalog)), places_(options.files)
+    : options_(options), catalog_(std::move(catalog)), places_(options.files),
+      identifiers_(std::make_unique<DocumentIdentifiers>(
+          catalogIn(options.home), options.drive ? options.drive->path() : std::string(), places_))
 {
     const auto root = syncedRootIn(options.home);
     auto defaultContainer = defaultContainerIn(root);

@@ -2,6 +2,7 @@
 
 #include "platform/cloud/CloudService.h"
 #include "platform/linux/cloud/Catalog.h"
+#include "platform/linux/cloud/DocumentIdentifiers.h"
 #include "platform/linux/cloud/DrivePlaces.h"
 
 namespace tessel {
@@ -63,9 +64,13 @@ public:
 
     Result<std::vector<std::string>> tagNames(const URL&) const override;
 
+    /// Lives as long as the service.
+    [[nodiscard]] DocumentIdentifiers& documentIdentifiers() const { return *identifiers_; }
+
 private:
     LocalCloudService(const CloudOptions&, std::unique_ptr<Catalog>, const Catalog::Containers&);
 
+    [[nodiscard]] std::optional<URL> documentWith(std::optional<std::uint32_t> identifier) const;
     [[nodiscard]] Result<URL> targetOfReference(const URL&) const;
     [[nodiscard]] Result<URL> itemOrPromise(const URL&) const;
     [[nodiscard]] std::optional<Error> refusalOfName(const std::string& accountName) const;
@@ -78,6 +83,7 @@ private:
     mutable std::optional<Data> lastToken_; ///< as it was read last
     mutable bool isReadable_ = true;        ///< false after the catalogue could not be read, until it can again
     DrivePlaces places_;                    ///< fixed once made
+    const std::unique_ptr<DocumentIdentifiers> identifiers_;
 };
 
 } // namespace tessel

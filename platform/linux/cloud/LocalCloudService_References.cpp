@@ -61,10 +61,21 @@ Result<URL> LocalCloudService::targetOfReference(const URL& url) const
     const auto reference = readExternalReference(url);
     if (!reference)
         return reference.error();
-    const auto target = reference->path ? places_.urlAt(*reference->path) : std::nullopt;
+    auto target = documentWith(reference->documentIdentifier);
+    if (!target && reference->path)
+        target = places_.urlAt(*reference->path);
     if (!target || !isInDrive(*target))
         return errnoError(ENOENT, url);
     return *target;
+}
+
+std::optional<URL> LocalCloudService::documentWith(std::optional<std::uint32_t> identifier) const
+{
+    if (!identifier)
+        return std::nullopt;
+    const auto location = identifiers_->locate(*identifier);
+    const bool isThere = location && *location && (*location)->isTheDocument;
+    return isThere ? std::optional((*location)->url) : std::nullopt;
 }
 
 Result<URL> LocalCloudService::itemOrPromise(const URL& url) const

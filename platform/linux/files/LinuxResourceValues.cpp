@@ -1,5 +1,6 @@
 #include "platform/linux/files/LinuxResourceValues.h"
 
+#include "platform/linux/cloud/DocumentIdentifiers.h"
 #include "platform/linux/cloud/Placeholder.h"
 #include "platform/linux/files/AliasFile.h"
 #include "platform/linux/files/ExtendedAttributes.h"
@@ -32,7 +33,10 @@ Value byteCountValue(std::uint64_t bytes)
 // One item as it is being described: what two keys need is found out once, and only when a key needs it.
 class Item {
 public:
-    Item(const TypeRegistry& types, const URL& url) : types_(types), url_(url) {}
+    Item(const TypeRegistry& types, DocumentIdentifiers& identifiers, const URL& url)
+        : types_(types), url_(url), identifiers_(identifiers)
+    {
+    }
     virtual ~Item() = default;
 
     Value value(ResourceKey key)
@@ -50,6 +54,8 @@ public:
             return url_.deletingLastPathComponent();
         case ResourceKey::HasHiddenExtension:
             return false;
+        case ResourceKey::DocumentIdentifier:
+            return documentIdentifier();
         default:
             return ownValue(key);
         }
@@ -78,14 +84,22 @@ private:
         return *sharedRole_;
     }
 
+    [[nodiscard]] Value documentIdentifier() const
+    {
+        const auto identifier = identifiers_.identifierOf(url_);
+        return identifier ? Value(std::int64_t{*identifier}) : Value();
+    }
+
+    DocumentIdentifiers& identifiers_;
     std::optional<std::string> type_;
     std::optional<std::optional<std::string>> sharedRole_;
 };
 
 class FileItem final : public Item {
 public:
-    FileItem(const TypeRegistry& types, const URL& url, const FileAttributes& attributes)
-        : Item(types, url), attributes_(attributes)
+    FileItem(const TypeRegistry& types, DocumentIdentifiers& identifiers, const URL& url,
+             const FileAttributes& attributes)
+        : Item(types, identifiers, url), attributes_(attributes)
     {
     }
 
@@ -142,8 +156,9 @@ private:
 
 class PromisedItem final : public Item {
 public:
-    PromisedItem(const TypeRegistry& types, const URL& url, const PlaceholderRecord& record)
-        : Item(types, url), record_(record)
+    PromisedItem(const TypeRegistry& types, DocumentIdentifiers& identifiers, const URL& url,
+                 const PlaceholderRecord& record)
+        : Item(types, identifiers, url), record_(record)
     {
     }
 
@@ -200,13 +215,13 @@ Result<ResourceValues::Values> LinuxResourceValues::values(std::span<const Resou
     const bool isPlaceholder = promised && isPlaceholderName(url.lastPathComponent());
     const auto attributes = files_.attributes(url.path());
     if (attributes && !isPlaceholder)
-        return valuesOf(FileItem(types_, url, *attributes), keys);
+        return valuesOf(FileItem(types_, identifiers_, url, *attributes), keys);
     if (!attributes && (!promised || attributes.error().code != ErrorCode::kNoSuchFile))
         return attributes.error();
     const auto record = readPlaceholder(isPlaceholder ? url : placeholderURL(url));
     if (!record)
         return attributes || record.error().code != ErrorCode::kNoSuchFile ? record.error() : attributes.error();
-    return valuesOf(PromisedItem(types_, url, *record), keys);
+    return valuesOf(PromisedItem(types_, identifiers_, url, *record), keys);
 }
 
 bool LinuxResourceValues::promisedItemIsReachable(const URL& url) const

@@ -6,6 +6,8 @@
 
 namespace tessel {
 
+class DocumentIdentifiers;
+
 /// The attribute that says how an item is shared: one of SharedItemRole.
 inline constexpr const char* kSharedAttribute = "user.tesseldrive.shared";
 
@@ -13,7 +15,11 @@ inline constexpr const char* kSharedAttribute = "user.tesseldrive.shared";
 /// one call come from one look at the file. Thumbnail dictionaries are not read yet: an item has none.
 class LinuxResourceValues final : public ResourceValues {
 public:
-    LinuxResourceValues(const FileManager& files, const TypeRegistry& types) : files_(files), types_(types) {}
+    /// All outlive this.
+    LinuxResourceValues(const FileManager& files, const TypeRegistry& types, DocumentIdentifiers& identifiers)
+        : files_(files), types_(types), identifiers_(identifiers)
+    {
+    }
 
     /// A placeholder's own URL has the promised values of its document.
     Result<Values> values(std::span<const ResourceKey> keys, const URL&, ValueVariant) const override;
@@ -28,6 +34,7 @@ public:
 private:
     const FileManager& files_;
     const TypeRegistry& types_;
+    DocumentIdentifiers& identifiers_;
 };
 
 } // namespace tessel

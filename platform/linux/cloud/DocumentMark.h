@@ -1,0 +1,29 @@
+#pragma once
+
+#include "platform/base/URL.h"
+#include "platform/linux/files/FileIdentity.h"
+
+#include <cstdint>
+#include <optional>
+
+namespace tessel {
+
+/// What a document's file says of its identifier, in an attribute: it outlives the catalogue and goes along to other
+/// file systems. A copy has it, too, but there it names another file.
+struct DocumentMark {
+    std::uint32_t identifier = 0; ///< never 0
+    FileIdentity file;            ///< that it was written on; another one's, or empty, on a copy
+
+    friend bool operator==(const DocumentMark&, const DocumentMark&) = default;
+};
+
+/// "user.tesseldrive.documentid": the identifier, and behind it the inode and birth of its file, in decimal digits.
+inline constexpr const char* kDocumentAttribute = "user.tesseldrive.documentid";
+
+/// None without a mark, or with a damaged one.
+[[nodiscard]] std::optional<DocumentMark> readDocumentMark(const URL& file);
+
+/// Writes the mark unless it is there. Not every file system keeps any, and not every file can be marked.
+void markDocument(const URL& file, const DocumentMark&);
+
+} // namespace tessel
