@@ -83,9 +83,9 @@ private:
         const auto attributes = reader_.attributes();
         const bool isPart = partsDrawnAgain_.contains(attributes.value("id").toString());
         depthInPart_ += depthInPart_ > 0 || isPart ? 1 : 0;
-        if (reader_.name() == u"use" && depthInPart_ > 0) {
+        if (isLeftOut(attributes)) {
             reader_.skipCurrentElement();
-            --depthInPart_;
+            depthInPart_ -= depthInPart_ > 0 ? 1 : 0;
             return;
         }
         writer_.writeStartElement(reader_.qualifiedName().toString());
@@ -95,6 +95,15 @@ private:
             if (!isReference(attribute) || staysInside(attribute.value()))
                 writer_.writeAttribute(attribute.qualifiedName().toString(), attribute.value().toString());
         }
+    }
+
+    [[nodiscard]] bool isLeftOut(const QXmlStreamAttributes& attributes) const
+    {
+        if (reader_.name() == u"image")
+            return std::ranges::none_of(attributes, [](const auto& attribute) {
+                return isReference(attribute) && staysInside(attribute.value());
+            });
+        return reader_.name() == u"use" && depthInPart_ > 0;
     }
 
     void endElement()

@@ -40,7 +40,7 @@ QByteArray fileName(const ThumbnailOriginal& original)
 }
 
 // Whether the stored picture is of this original as it is now. The size is not always noted.
-bool isValid(const QImageReader& picture, const ThumbnailOriginal& original)
+bool isValid(const QImage& picture, const ThumbnailOriginal& original)
 {
     const auto size = picture.text("Thumb::Size");
     return picture.text("Thumb::URI").toLatin1() == original.uri() &&
@@ -71,7 +71,8 @@ QImage readValid(const QByteArray& path, const ThumbnailOriginal& original)
     const int longest = side(ThumbnailSize::ExtraExtraLarge);
     const auto size = reader.size();
     const bool isThumbnail = size.width() <= longest && size.height() <= longest;
-    return isThumbnail && isValid(reader, original) ? reader.read() : QImage();
+    const auto image = isThumbnail ? reader.read() : QImage(); // the reader alone cannot tell texts with such keywords
+    return isValid(image, original) ? image : QImage();
 }
 
 bool makeFolder(const QByteArray& path)

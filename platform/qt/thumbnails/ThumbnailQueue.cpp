@@ -25,6 +25,8 @@ ThumbnailQueue::~ThumbnailQueue()
     const std::lock_guard lock(mutex_);
     toLookFor_.clear();
     toMake_.clear();
+    tickets_.clear();
+    jobs_.clear();
 }
 
 ThumbnailQueue::Ticket ThumbnailQueue::request(const QByteArray& path, ThumbnailSize size, Answer answer)
