@@ -111,8 +111,11 @@ void FolderList::syncState()
         return;
     const auto state = stateOf(*controller);
     const auto failureText = failureTextOf(*controller);
-    if (std::exchange(state_, state) != state || std::exchange(failureText_, failureText) != failureText)
-        emit stateChanged();
+    if (state == state_ && failureText == failureText_)
+        return;
+    state_ = state;
+    failureText_ = failureText;
+    emit stateChanged();
 }
 
 void FolderList::syncSearch()
