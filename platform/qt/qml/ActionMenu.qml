@@ -12,6 +12,7 @@ FocusScope {
     signal chosen(int code)
     signal closed
 
+    focus: true
     objectName: "menu"
     Accessible.role: Accessible.PopupMenu
     Accessible.name: shell.text("Actions")

@@ -9,6 +9,7 @@ FocusScope {
     property real presence: 1
     readonly property bool floats: shell.tablet
 
+    focus: true
     objectName: "sheet"
     Accessible.role: Accessible.Dialog
     Accessible.name: presented?.title || presented?.message || shell.text("Choose")

@@ -8,6 +8,7 @@ FocusScope {
     property real presence: 1
     readonly property real boxWidth: Math.min(width - 32, 290 * Math.min(Math.max(1, Theme.textScale * 0.9), 1.5))
 
+    focus: true
     objectName: "alert"
     opacity: presence
     Accessible.role: Accessible.AlertMessage
@@ -76,6 +77,13 @@ FocusScope {
                     width: body.width
                     height: visible ? alert.presented.content.height + 12 : 0
                     visible: alert.presented?.content ? true : false
+
+                    Binding {
+                        target: alert.presented
+                        when: alert.presented?.content ? true : false
+                        property: "contentWidth"
+                        value: body.width - 32
+                    }
 
                     NodeHost {
                         anchors.horizontalCenter: parent.horizontalCenter

@@ -11,7 +11,7 @@ Item {
 
     objectName: "barItem"
     implicitWidth: flexible ? flexibleWidth : item.kind === "fixedSpace" ? item.width : loader.implicitWidth
-    implicitHeight: loader.implicitHeight
+    implicitHeight: Math.max(1, loader.implicitHeight) // a row leaves out what has no height
 
     Loader {
         id: loader

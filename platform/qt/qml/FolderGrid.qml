@@ -20,7 +20,7 @@ GridView {
     leftMargin: Theme.margin - 8
     rightMargin: Theme.margin - 8
     cellWidth: Math.floor(space / columns)
-    cellHeight: pictureHeight + Math.ceil(2.8 * Theme.caption + 1.4 * Theme.tiny) + 26
+    cellHeight: pictureHeight + Math.ceil(2.8 * Theme.caption + 2.8 * Theme.tiny) + 22
     currentIndex: -1
     reuseItems: true
     cacheBuffer: 120
@@ -28,10 +28,10 @@ GridView {
     boundsBehavior: Flickable.DragAndOvershootBounds
     flickDeceleration: 2200
     maximumFlickVelocity: 6000
-    pressDelay: 60
     keyNavigationEnabled: false
     highlightFollowsCurrentItem: false
     activeFocusOnTab: true
+    focus: true
     onActiveFocusChanged: if (activeFocus && Theme.keyboard && currentIndex < 0 && count > 0)
         currentIndex = Math.max(0, indexAt(1, contentY + topSpace))
     Accessible.role: Accessible.List
@@ -58,6 +58,10 @@ GridView {
     }
 
     VisibleRange {
+        view: grid
+    }
+
+    WheelScroll {
         view: grid
     }
 

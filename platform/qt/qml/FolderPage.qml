@@ -17,10 +17,18 @@ FocusScope {
 
     readonly property string viewFile: !list ? "" : list.thumbnails ? "FolderGrid.qml" : "FolderRows.qml"
 
+    focus: true
     onCoveredChanged: list?.setCovered(covered)
+    onShowsResultsChanged: if (!showsResults && activeFocus && !search.hasFocus)
+        Qt.callLater(focusView)
     onViewFileChanged: viewLoader.setSource(viewFile, {"list": list, "topSpace": searchHeight, "covered": covered})
 
     Keys.onPressed: event => {
+        if (event.key === Qt.Key_Escape && list?.searching) {
+            list.endSearch()
+            event.accepted = true
+            return
+        }
         const find = event.key === Qt.Key_F && event.modifiers & Qt.ControlModifier
         if (searchHeight > 0 && (find || event.text === "/")) {
             search.begin()
@@ -31,12 +39,12 @@ FocusScope {
     SearchField {
         id: search
 
-        y: folderPage.list?.searching || !folderPage.view ? 0
+        y: folderPage.list?.searching || hasFocus || !folderPage.view ? 0
            : -Math.max(0, Math.min(height, folderPage.view.contentY - folderPage.view.originY))
         z: 1
         width: parent.width
         height: implicitHeight
-        visible: folderPage.searchHeight > 0 && y > -height
+        visible: folderPage.searchHeight > 0
         list: folderPage.list
         onDone: folderPage.focusView()
     }

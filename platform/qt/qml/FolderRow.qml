@@ -11,6 +11,9 @@ MouseArea {
     readonly property bool current: view.currentIndex === index && Theme.keyboard && view.activeFocus
     readonly property bool open: content.x !== 0
     readonly property string identity: row.title
+    property real pressX: 0
+    // The touch only stops a list that moves.
+    property bool stopping: false
 
     objectName: "row"
     height: view.rowHeight
@@ -19,8 +22,10 @@ MouseArea {
     pressAndHoldInterval: 500
     drag.target: view.editing ? null : content
     drag.axis: Drag.XAxis
-    drag.onActiveChanged: if (drag.active)
-        actions.active = true
+    onPositionChanged: mouse => {
+        if (pressed && !view.editing && Math.abs(mouse.x - pressX) > 4)
+            actions.active = true
+    }
     drag.minimumX: shell.mirrored ? 0 : -actions.width
     drag.maximumX: shell.mirrored ? actions.width : 0
 
@@ -32,7 +37,9 @@ MouseArea {
     Accessible.focused: current
     Accessible.onPressAction: view.list.press(index)
 
-    onPressed: {
+    onPressed: mouse => {
+        pressX = mouse.x
+        stopping = view.moving
         Theme.keyboard = false
         view.forceActiveFocus()
         if (view.openRow !== area)
@@ -41,6 +48,8 @@ MouseArea {
     onClicked: mouse => {
         if (open)
             close()
+        else if (stopping)
+            return
         else if (mouse.button === Qt.RightButton)
             requestMenu(mouse.x, mouse.y)
         else
@@ -134,9 +143,7 @@ MouseArea {
             anchors.right: marks.left
             anchors.leftMargin: Theme.spacing
             anchors.rightMargin: 8
-            anchors.bottom: subtitle.text.length > 0 ? parent.verticalCenter : undefined
-            anchors.verticalCenter: subtitle.text.length > 0 ? undefined : parent.verticalCenter
-            anchors.bottomMargin: -Math.round(Theme.body * 0.2)
+            y: Math.round((parent.height - height - subtitle.height) / 2)
             text: area.row.title
             textFormat: Text.PlainText
             font.pixelSize: Theme.body
@@ -152,11 +159,14 @@ MouseArea {
             anchors.left: title.left
             anchors.right: title.right
             anchors.top: title.bottom
-            text: area.row.subtitle
+            height: text.length > 0 ? implicitHeight : 0
+            text: area.view.detailLines > 1 ? Theme.lines(area.row.subtitle) : area.row.subtitle
             textFormat: Text.PlainText
             font.pixelSize: Theme.caption
             color: Theme.secondaryText
             elide: Text.ElideRight
+            maximumLineCount: area.view.detailLines
+            wrapMode: maximumLineCount > 1 ? Text.Wrap : Text.NoWrap
             horizontalAlignment: Text.AlignLeft
             Accessible.ignored: true
         }

@@ -9,7 +9,9 @@ ListView {
     property bool covered: false
     readonly property bool editing: list?.editing === true
     readonly property int columns: 1
-    readonly property real rowHeight: Math.max(60, Math.ceil(1.4 * (Theme.body + Theme.caption)) + 20)
+    // Large text gets two lines for details.
+    readonly property int detailLines: Theme.textScale > 1.3 ? 2 : 1
+    readonly property real rowHeight: Math.max(60, Math.ceil(1.4 * (Theme.body + detailLines * Theme.caption)) + 20)
     readonly property real pictureSize: Math.round(Theme.iconSize * Math.min(Theme.textScale, 1.5))
     // How far rows have made room for their selection circles.
     property real editSpace: editing ? 38 : 0
@@ -26,10 +28,10 @@ ListView {
     boundsBehavior: Flickable.DragAndOvershootBounds
     flickDeceleration: 2200
     maximumFlickVelocity: 6000
-    pressDelay: 60
     keyNavigationEnabled: false
     highlightFollowsCurrentItem: false
     activeFocusOnTab: true
+    focus: true
     onMovementStarted: closeRow()
     onEditingChanged: closeRow()
     onActiveFocusChanged: if (activeFocus && Theme.keyboard && currentIndex < 0 && count > 0)
@@ -66,6 +68,10 @@ ListView {
     }
 
     VisibleRange {
+        view: rows
+    }
+
+    WheelScroll {
         view: rows
     }
 

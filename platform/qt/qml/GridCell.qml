@@ -22,11 +22,17 @@ MouseArea {
     Accessible.focused: current
     Accessible.onPressAction: view.list.press(index)
 
+    // The touch only stops a grid that moves.
+    property bool stopping: false
+
     onPressed: {
+        stopping = view.moving
         Theme.keyboard = false
         view.forceActiveFocus()
     }
     onClicked: mouse => {
+        if (stopping)
+            return
         if (mouse.button === Qt.RightButton)
             requestMenu(mouse.x, mouse.y)
         else
@@ -113,10 +119,12 @@ MouseArea {
         anchors.topMargin: 1
         anchors.left: title.left
         anchors.right: title.right
-        text: cell.row.subtitle
+        text: Theme.lines(cell.row.subtitle)
         textFormat: Text.PlainText
         font.pixelSize: Theme.tiny
         color: Theme.secondaryText
+        wrapMode: Text.Wrap
+        maximumLineCount: 2
         elide: Text.ElideRight
         horizontalAlignment: Text.AlignHCenter
         Accessible.ignored: true

@@ -7,6 +7,7 @@ FocusScope {
     property var presented
     property real presence: 1
 
+    focus: true
     Loader {
         anchors.fill: parent
         focus: true
@@ -34,7 +35,22 @@ FocusScope {
                     placed: false
                     node: views.presented.root
                 }
+
+                Loader {
+                    anchors.fill: parent
+                    active: views.presented.pages ? true : false
+                    focus: active
+                    sourceComponent: stack
+                }
             }
+        }
+    }
+
+    Component {
+        id: stack
+
+        PageArea {
+            stack: views.presented.pages
         }
     }
 

@@ -34,6 +34,7 @@ Window {
             id: pages
 
             anchors.fill: parent
+            stack: shell.pages
             enabled: layers.count === 0 && !menu.active
             onMenuRequested: (list, index, position) => window.showMenu(list, index, position)
         }

@@ -5,6 +5,9 @@ import Tessel
 Item {
     id: pageArea
 
+    // The pages, bottom to top.
+    property var stack: null
+
     signal menuRequested(var list, int index, point position)
 
     // How far the page that moves is out of its place: 0 in place, 1 out of sight.
@@ -65,7 +68,7 @@ Item {
     Repeater {
         id: views
 
-        model: shell.pages
+        model: pageArea.stack
 
         PageView {
             area: pageArea

@@ -22,6 +22,7 @@ FocusScope {
     readonly property bool upright: !sideways && (fitsBelow || fitsAbove)
     readonly property bool leftOf: anchor.x - gap - contentWidth >= 8
 
+    focus: true
     opacity: presence
 
     function within(value, size, room) {

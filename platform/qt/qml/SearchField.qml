@@ -7,6 +7,7 @@ Item {
     property var list
     readonly property bool searching: list?.searching ?? false
     readonly property bool wanted: list?.searchFocused ?? false
+    readonly property bool hasFocus: input.activeFocus || cancel.activeFocus || clear.activeFocus
     readonly property string text: list?.searchText ?? ""
 
     // The keyboard leaves the field.
@@ -14,6 +15,11 @@ Item {
 
     function begin() {
         input.forceActiveFocus(Qt.ShortcutFocusReason)
+    }
+
+    function end() {
+        list.endSearch()
+        done()
     }
 
     implicitHeight: Math.max(Theme.touch, Math.ceil(Theme.body * 1.4) + 14) + 12
@@ -79,9 +85,7 @@ Item {
             horizontalAlignment: Text.AlignLeft
             verticalAlignment: Text.AlignVCenter
             onTextEdited: search.list.search(text)
-            onActiveFocusChanged: if (activeFocus && !search.searching)
-                search.list.search(text)
-            Keys.onEscapePressed: search.list.endSearch()
+            Keys.onEscapePressed: search.end()
             Keys.onDownPressed: search.done()
             Keys.onReturnPressed: search.done()
             Accessible.role: Accessible.EditableText
@@ -124,8 +128,8 @@ Item {
         anchors.right: parent.right
         anchors.rightMargin: Theme.margin - padding
         anchors.verticalCenter: parent.verticalCenter
-        visible: search.searching
+        visible: search.searching || search.hasFocus
         name: shell.text("Cancel")
-        onActivated: search.list.endSearch()
+        onActivated: search.end()
     }
 }

@@ -11,6 +11,7 @@ FocusScope {
 
     signal menuRequested(var list, int index, point position)
 
+    focus: true
     Rectangle {
         anchors.fill: parent
         color: Theme.background

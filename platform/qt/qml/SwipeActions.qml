@@ -4,6 +4,8 @@ import QtQuick
 Row {
     id: swipe
 
+    objectName: "swipe"
+
     property var actions: []
     property bool more: false
     readonly property real buttonWidth: Math.round(74 * Math.min(Theme.textScale, 1.4))

@@ -28,9 +28,9 @@ QtObject {
     readonly property color swipeAccent: "#0b6e87"
     readonly property color dim: dark ? "#99000000" : "#59000000"
 
-    // The system's own size, brought up to what a finger's distance asks for.
+    // The scale follows the size of the system's font; the font itself is the system's.
     readonly property real textScale: shell.textScale
-    readonly property real body: Math.round(Math.max(16, Qt.application.font.pixelSize * 1.25) * textScale)
+    readonly property real body: Math.round(16 * textScale)
     readonly property real title: body
     readonly property real heading: Math.round(body * 1.18)
     readonly property real caption: Math.round(body * 0.81)
@@ -54,5 +54,10 @@ QtObject {
     // The form that picture sources take: rrggbb.
     function hex(color) {
         return color.toString().slice(-6)
+    }
+
+    // Details, each on a line of its own.
+    function lines(details) {
+        return details.replace(" · ", "\n")
     }
 }

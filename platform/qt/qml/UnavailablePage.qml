@@ -5,6 +5,7 @@ FocusScope {
     property var page
     property bool covered
 
+    focus: true
     PageState {
         anchors.fill: parent
         symbol: "cloud"

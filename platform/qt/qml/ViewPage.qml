@@ -7,6 +7,7 @@ FocusScope {
     property var page
     property bool covered
 
+    focus: true
     clip: true
 
     Loader {
