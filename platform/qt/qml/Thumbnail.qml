@@ -5,7 +5,8 @@ Item {
     id: thumbnail
 
     property alias source: image.source
-    readonly property bool ready: image.status === Image.Ready
+    // A document without one answers an empty image.
+    readonly property bool ready: image.status === Image.Ready && image.implicitWidth > 0
 
     Accessible.ignored: true
 
