@@ -186,12 +186,10 @@ bool TextField::replace(TextRange range, const std::string& text)
     const auto insertion = withoutLineBreaks(text);
     const auto begin = byteOffset(text_, range.location);
     const auto end = byteOffset(text_, range.location + range.length);
-    auto changedText = text_.substr(0, begin) + insertion + text_.substr(end);
+    const auto before = std::exchange(text_, text_.substr(0, begin) + insertion + text_.substr(end));
     selection_ = {range.location + characters(insertion), 0};
-    const bool hasChanged = std::exchange(text_, std::move(changedText)) != text_;
     tellChanged(ViewChange::Properties);
-    const auto told = editingChanged;
-    if (hasChanged && told)
+    if (const auto told = editingChanged; told && text_ != before)
         told(*this);
     return true;
 }

@@ -82,10 +82,11 @@ void View::setNeedsLayout()
 void View::layoutIfNeeded()
 {
     const auto self = shared_from_this();
-    if (needsLayout_) {
+    if (needsLayout_ && !std::exchange(isLayingOut_, true)) {
         if (willLayoutSubviews_)
             willLayoutSubviews_();
         layoutSubviews();
+        isLayingOut_ = false;
     }
     const auto subviews = subviews_; // a layout may add some and take some away
     for (const auto& subview : subviews)

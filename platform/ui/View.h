@@ -107,6 +107,7 @@ private:
     std::string accessibilityLabel_;
     bool hidden_ = false;
     bool needsLayout_ = true;
+    bool isLayingOut_ = false;
 };
 
 } // namespace tessel

@@ -166,7 +166,8 @@ TEST_F(ConsoleControlsTest, AsksForTheActionsThatAListOffers)
     });
     EXPECT_EQ(run({"action Plan.pdf Rename"}), "ok\n");
     presentPrompt();
-    EXPECT_EQ(run({"action Plan.txt Rename"}), "error: nothing called \"Plan.txt\" on the screen\n");
+    EXPECT_EQ(run({"action Plan.txt Rename", "search txt"}), "error: nothing called \"Plan.txt\" on the screen\n"
+                                                             "error: there is no search field on the screen\n");
     EXPECT_THAT(actor->asked, ElementsAre("3 Plan.txt", "3 Plan.pdf"));
 }
 

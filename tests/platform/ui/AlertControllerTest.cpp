@@ -42,12 +42,16 @@ protected:
 TEST_F(AlertControllerTest, IsGoneBeforeItsHandlerRunsAndAnswersOnce)
 {
     const auto done = add("Done");
+    done->shouldDismiss = [this] {
+        events.emplace_back("may it?");
+        return true;
+    };
     EXPECT_FALSE(alert->choose(done)) << "it is not shown yet";
     show();
     EXPECT_FALSE(alert->choose(std::make_shared<AlertAction>("Done", AlertAction::Style::Default, nullptr)));
     EXPECT_TRUE(alert->choose(done));
     EXPECT_FALSE(alert->choose(done)) << "pressed twice in a hurry";
-    EXPECT_THAT(events, ElementsAre("Done"));
+    EXPECT_THAT(events, ElementsAre("may it?", "Done"));
 }
 
 TEST_F(AlertControllerTest, StaysWhileItsButtonIsDisabledOrRefuses)

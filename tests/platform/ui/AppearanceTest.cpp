@@ -33,7 +33,11 @@ protected:
     void viewDidAppear() override { events_.push_back(title() + " came"); }
     void viewWillDisappear(Animated) override { events_.push_back(title() + " goes"); }
     void viewDidDisappear() override { events_.push_back(title() + " went"); }
-    void viewWillLayoutSubviews() override { events_.push_back(title() + " lays out"); }
+    void viewWillLayoutSubviews() override
+    {
+        events_.push_back(title() + " lays out");
+        view().layoutIfNeeded(); // now, and not for ever
+    }
     void wasDismissed() override
     {
         if (const auto react = std::exchange(whenDismissed, nullptr))
