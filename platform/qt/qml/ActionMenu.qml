@@ -5,6 +5,7 @@ FocusScope {
     id: menu
 
     property var actions: []
+    property string title
     property point position
     readonly property bool rises: !shell.tablet
     property real presence: 0
@@ -15,7 +16,7 @@ FocusScope {
     focus: true
     objectName: "menu"
     Accessible.role: Accessible.PopupMenu
-    Accessible.name: shell.text("Actions")
+    Accessible.name: title
     Component.onCompleted: presence = 1
     Keys.onPressed: event => {
         const step = event.key === Qt.Key_Down ? 1 : event.key === Qt.Key_Up ? -1 : 0
@@ -79,6 +80,21 @@ FocusScope {
                 id: column
 
                 width: parent.width
+
+                Text {
+                    leftPadding: 18
+                    rightPadding: 18
+                    topPadding: 8
+                    bottomPadding: 8
+                    width: parent.width
+                    text: menu.title
+                    textFormat: Text.PlainText
+                    font.pixelSize: Theme.caption
+                    color: Theme.secondaryText
+                    elide: Text.ElideMiddle
+                    horizontalAlignment: Text.AlignLeft
+                    Accessible.ignored: true
+                }
 
                 Repeater {
                     id: entries

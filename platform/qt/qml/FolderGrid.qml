@@ -11,9 +11,9 @@ GridView {
     readonly property real space: width - 2 * (Theme.margin - 8)
     readonly property int columns: Math.max(2, Math.floor(space / (112 * Math.min(Theme.textScale, 1.5))))
     readonly property real pictureHeight: Math.round(Math.min(cellWidth - 24, 110 * Math.min(Theme.textScale, 1.4)))
-    property Item openRow: null
+    readonly property alias press: press
 
-    signal menuRequested(int index, point position)
+    signal menuRequested(int index, string title, point position)
 
     objectName: "folderGrid"
     model: list
@@ -49,12 +49,14 @@ GridView {
 
     Keys.onPressed: event => keys.handle(event)
 
-    function closeRow() {}
-
     FolderKeys {
         id: keys
 
         view: grid
+    }
+
+    PressMark {
+        id: press
     }
 
     VisibleRange {

@@ -100,7 +100,7 @@ QtObject {
         const item = view.currentItem
         if (index < 0 || view.editing || !item)
             return false
-        view.menuRequested(index, item.mapToItem(null, item.width / 2, item.height / 2))
+        view.menuRequested(index, item.row.title, item.mapToItem(null, item.width / 2, item.height / 2))
         return true
     }
 }

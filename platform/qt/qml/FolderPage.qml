@@ -13,7 +13,7 @@ FocusScope {
     readonly property bool showsResults: (list?.searching ?? false) && list.searchText.length > 0
     readonly property real searchHeight: list?.showsSearch ? search.implicitHeight : 0
 
-    signal menuRequested(var list, int index, point position)
+    signal menuRequested(var list, int index, string title, point position)
 
     readonly property string viewFile: !list ? "" : list.thumbnails ? "FolderGrid.qml" : "FolderRows.qml"
 
@@ -86,7 +86,7 @@ FocusScope {
         item.list = Qt.binding(() => folderPage.list)
         item.topSpace = Qt.binding(() => folderPage.searchHeight)
         item.covered = Qt.binding(() => folderPage.covered || folderPage.showsResults)
-        item.menuRequested.connect((index, position) => folderPage.menuRequested(folderPage.list, index, position))
+        item.menuRequested.connect((index, title, position) => folderPage.menuRequested(folderPage.list, index, title, position))
     }
 
     // The list, or the results where they are shown, get the keyboard.

@@ -35,11 +35,13 @@ MouseArea {
     Accessible.selected: row.selected
     Accessible.focusable: true
     Accessible.focused: current
-    Accessible.onPressAction: view.list.press(index)
+    Accessible.onPressAction: choose()
 
     onPressed: mouse => {
+        motion.stop()
         pressX = mouse.x
         stopping = view.moving
+        view.press.begin(area)
         Theme.keyboard = false
         view.forceActiveFocus()
         if (view.openRow !== area)
@@ -53,7 +55,7 @@ MouseArea {
         else if (mouse.button === Qt.RightButton)
             requestMenu(mouse.x, mouse.y)
         else
-            view.list.press(index)
+            choose()
     }
     onPressAndHold: mouse => {
         if (!open)
@@ -67,8 +69,14 @@ MouseArea {
 
     // Comes to rest open or closed, whichever is nearer.
     function settle() {
+        view.press.end()
         if (open)
             slideTo(Math.abs(content.x) > actions.width * 0.4 ? -sign * actions.width : 0)
+    }
+
+    function choose() {
+        view.press.flash(area)
+        view.list.press(index)
     }
 
     function slideTo(x) {
@@ -91,7 +99,7 @@ MouseArea {
 
     function requestMenu(x, y) {
         if (!view.editing)
-            view.menuRequested(index, mapToItem(null, x, y))
+            view.menuRequested(index, row.title, mapToItem(null, x, y))
     }
 
     NumberAnimation {
@@ -111,7 +119,7 @@ MouseArea {
         width: area.width
         height: area.height
         color: area.row.selected && area.view.editing ? Theme.chosen
-               : area.pressed && !area.drag.active && !area.open ? Theme.pressed
+               : area.view.press.item === area && !area.open ? Theme.pressed
                : area.containsMouse && !area.pressed ? Theme.hover : "transparent"
         border.color: Theme.accent
         border.width: area.current ? 2 : 0
@@ -143,7 +151,7 @@ MouseArea {
             anchors.right: marks.left
             anchors.leftMargin: Theme.spacing
             anchors.rightMargin: 8
-            y: Math.round((parent.height - height - subtitle.height) / 2)
+            y: Math.round((parent.height - height - (subtitle.visible ? subtitle.height : 0)) / 2)
             text: area.row.title
             textFormat: Text.PlainText
             font.pixelSize: Theme.body
@@ -159,7 +167,7 @@ MouseArea {
             anchors.left: title.left
             anchors.right: title.right
             anchors.top: title.bottom
-            height: text.length > 0 ? implicitHeight : 0
+            visible: text.length > 0
             text: area.view.detailLines > 1 ? Theme.lines(area.row.subtitle) : area.row.subtitle
             textFormat: Text.PlainText
             font.pixelSize: Theme.caption
@@ -203,7 +211,7 @@ MouseArea {
             })
             item.moreRequested.connect(position => {
                 area.close()
-                area.view.menuRequested(area.index, position)
+                area.view.menuRequested(area.index, area.row.title, position)
             })
         }
     }

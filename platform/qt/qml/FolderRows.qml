@@ -16,8 +16,9 @@ ListView {
     // How far rows have made room for their selection circles.
     property real editSpace: editing ? 38 : 0
     property Item openRow: null
+    readonly property alias press: press
 
-    signal menuRequested(int index, point position)
+    signal menuRequested(int index, string title, point position)
 
     objectName: "folderList"
     model: list
@@ -65,6 +66,10 @@ ListView {
         id: keys
 
         view: rows
+    }
+
+    PressMark {
+        id: press
     }
 
     VisibleRange {

@@ -20,13 +20,14 @@ MouseArea {
     Accessible.selected: row.selected
     Accessible.focusable: true
     Accessible.focused: current
-    Accessible.onPressAction: view.list.press(index)
+    Accessible.onPressAction: choose()
 
     // The touch only stops a grid that moves.
     property bool stopping: false
 
     onPressed: {
         stopping = view.moving
+        view.press.begin(cell)
         Theme.keyboard = false
         view.forceActiveFocus()
     }
@@ -36,20 +37,27 @@ MouseArea {
         if (mouse.button === Qt.RightButton)
             requestMenu(mouse.x, mouse.y)
         else
-            view.list.press(index)
+            choose()
     }
+    onReleased: view.press.end()
+    onCanceled: view.press.end()
     onPressAndHold: mouse => requestMenu(mouse.x, mouse.y)
+
+    function choose() {
+        view.press.flash(cell)
+        view.list.press(index)
+    }
 
     function requestMenu(x, y) {
         if (!view.editing)
-            view.menuRequested(index, mapToItem(null, x, y))
+            view.menuRequested(index, row.title, mapToItem(null, x, y))
     }
 
     Rectangle {
         anchors.fill: parent
         anchors.margins: 2
         radius: Theme.radius
-        color: cell.row.selected && cell.view.editing ? Theme.chosen : cell.pressed ? Theme.pressed
+        color: cell.row.selected && cell.view.editing ? Theme.chosen : cell.view.press.item === cell ? Theme.pressed
                : cell.containsMouse ? Theme.hover : "transparent"
         border.color: Theme.accent
         border.width: cell.current ? 2 : 0

@@ -37,11 +37,15 @@ FocusScope {
             presence = 1
         } else if (presented.animated === false) {
             presence = comes ? 1 : 0
-            Qt.callLater(presented.finished)
+            Qt.callLater(end)
         } else {
             motion.to = comes ? 1 : 0
             motion.restart()
         }
+    }
+
+    function end() {
+        presented?.finished()
     }
 
     NumberAnimation {
@@ -51,7 +55,7 @@ FocusScope {
         property: "presence"
         duration: Theme.normal
         easing.type: Easing.OutCubic
-        onFinished: view.presented.finished()
+        onFinished: view.end()
     }
 
     Rectangle {

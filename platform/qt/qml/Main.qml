@@ -12,8 +12,8 @@ Window {
     color: Theme.background
 
     // Shows what can be done with one row of a list; `position` is in the window's coordinates.
-    function showMenu(list, index, position) {
-        menu.open(list, index, position)
+    function showMenu(list, index, title, position) {
+        menu.open(list, index, title, position)
     }
 
     Item {
@@ -36,7 +36,7 @@ Window {
             anchors.fill: parent
             stack: shell.pages
             enabled: layers.count === 0 && !menu.active
-            onMenuRequested: (list, index, position) => window.showMenu(list, index, position)
+            onMenuRequested: (list, index, title, position) => window.showMenu(list, index, title, position)
         }
 
         Repeater {

@@ -6,13 +6,15 @@ Loader {
 
     property var list
     property var tracked
+    property string title
     property point position
 
-    function open(list, index, position) {
+    function open(list, index, title, position) {
         if (index < 0 || list.actions().length === 0)
             return
         menuLayer.list = list
         menuLayer.tracked = list.track(index)
+        menuLayer.title = title
         menuLayer.position = position
         active = true
     }
@@ -20,6 +22,7 @@ Loader {
     active: false
     sourceComponent: ActionMenu {
         actions: menuLayer.list.actions()
+        title: menuLayer.title
         position: menuLayer.position
         onClosed: menuLayer.active = false
         onChosen: code => {

@@ -49,6 +49,10 @@ Flickable {
         }
     }
 
+    WheelScroll {
+        view: scroll
+    }
+
     ScrollThumb {
         parent: scroll
         view: scroll

@@ -8,7 +8,7 @@ Item {
     // The pages, bottom to top.
     property var stack: null
 
-    signal menuRequested(var list, int index, point position)
+    signal menuRequested(var list, int index, string title, point position)
 
     // How far the page that moves is out of its place: 0 in place, 1 out of sight.
     property real slide: 0
@@ -74,7 +74,7 @@ Item {
             area: pageArea
             width: pageArea.width
             height: pageArea.height
-            onMenuRequested: (list, index, position) => pageArea.menuRequested(list, index, position)
+            onMenuRequested: (list, index, title, position) => pageArea.menuRequested(list, index, title, position)
         }
     }
 
@@ -87,7 +87,7 @@ Item {
         onFinished: {
             const view = pageArea.mover
             if (view)
-                view.page.finished()
+                view.end()
             pageArea.rest(view)
         }
     }

@@ -13,7 +13,7 @@ FocusScope {
     readonly property bool beneath: area.mover !== null && index === area.mover.index - 1
     readonly property real offset: moving ? area.slide * width : beneath ? -0.3 * (1 - area.slide) * width : 0
 
-    signal menuRequested(var list, int index, point position)
+    signal menuRequested(var list, int index, string title, point position)
 
     objectName: "page"
     x: shell.mirrored ? -offset : offset
@@ -38,7 +38,7 @@ FocusScope {
         const phase = page.phase
         if (phase === Page.Entering || phase === Page.Leaving) {
             if (!page.animated)
-                Qt.callLater(page.finished)
+                Qt.callLater(end)
             else if (phase === Page.Entering)
                 area.enter(view)
             else
@@ -48,6 +48,10 @@ FocusScope {
         }
         if (onTop && area.enabled)
             forceActiveFocus()
+    }
+
+    function end() {
+        page?.finished()
     }
 
     Rectangle {
@@ -83,8 +87,8 @@ FocusScope {
             target: content.item
             ignoreUnknownSignals: true
 
-            function onMenuRequested(list, index, position) {
-                view.menuRequested(list, index, position)
+            function onMenuRequested(list, index, title, position) {
+                view.menuRequested(list, index, title, position)
             }
         }
     }

@@ -9,7 +9,7 @@ FocusScope {
     readonly property bool busy: results?.busy ?? false
     readonly property bool bare: (results?.count ?? 0) === 0
 
-    signal menuRequested(var list, int index, point position)
+    signal menuRequested(var list, int index, string title, point position)
 
     focus: true
     Rectangle {
@@ -24,7 +24,7 @@ FocusScope {
         anchors.fill: parent
         focus: true
         list: searchResults.results
-        onMenuRequested: (index, position) => searchResults.menuRequested(list, index, position)
+        onMenuRequested: (index, title, position) => searchResults.menuRequested(list, index, title, position)
     }
 
     PageState {
