@@ -1,6 +1,7 @@
 #include "app/entry/AppDelegate.h"
 #include "app/entry/Banner.h"
 #include "app/entry/CommandLine.h"
+#include "app/entry/Gallery.h"
 #include "files/FileUtils.h"
 #include "platform/console/ConsoleShell.h"
 #include "platform/linux/LinuxPlatform.h"
@@ -99,8 +100,10 @@ bool opensWindow(const CommandLine& options)
 
 void runApplication(LinuxPlatform& platform, const CommandLine& options)
 {
-    AppDelegate delegate;
-    Application application(delegate, platform.stateStore());
+    AppDelegate drive;
+    Gallery gallery;
+    Application application(options.gallery ? static_cast<ApplicationDelegate&>(gallery) : drive,
+                            platform.stateStore());
     if (opensWindow(options))
         runInWindow(application);
     else

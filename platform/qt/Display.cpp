@@ -9,6 +9,7 @@
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
+#include <utility>
 #include <xcb/xcb.h>
 
 namespace tessel::qt {
@@ -50,12 +51,15 @@ bool waylandAnswers()
     return canConnect(name.front() == '/' ? name : environment("XDG_RUNTIME_DIR") + '/' + name);
 }
 
+// An X server of its own may start anew when its last client leaves, and for a moment takes no other: the connection is
+// kept until the next one is there.
+xcb_connection_t* keptConnection = nullptr;
+
 bool xAnswers()
 {
-    auto* const connection = xcb_connect(nullptr, nullptr);
-    const bool answers = xcb_connection_has_error(connection) == 0;
-    xcb_disconnect(connection);
-    return answers;
+    forgetTriedDisplay();
+    keptConnection = xcb_connect(nullptr, nullptr);
+    return xcb_connection_has_error(keptConnection) == 0;
 }
 
 /// Whether a way that the user has named leads to a display. Others than Wayland and X need no server.
@@ -84,6 +88,12 @@ std::optional<std::string> chooseDisplay()
         return "neither WAYLAND_DISPLAY nor DISPLAY is set";
     const auto display = hasX ? "the display " + environment("DISPLAY") : "Wayland's " + environment("WAYLAND_DISPLAY");
     return display + " does not answer";
+}
+
+void forgetTriedDisplay()
+{
+    if (auto* const connection = std::exchange(keptConnection, nullptr))
+        xcb_disconnect(connection);
 }
 
 } // namespace tessel::qt

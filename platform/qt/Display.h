@@ -10,4 +10,7 @@ namespace tessel::qt {
 /// @returns why there is no display, in words for the user; none when one was chosen
 [[nodiscard]] std::optional<std::string> chooseDisplay();
 
+/// Lets go of what the choice was made with: to be called once the application object has its own connection.
+void forgetTriedDisplay();
+
 } // namespace tessel::qt

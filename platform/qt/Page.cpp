@@ -3,6 +3,7 @@
 #include "platform/documents/DocumentListController.h"
 #include "platform/documents/UnavailableViewController.h"
 #include "platform/qt/BarItems.h"
+#include "platform/qt/PageStack.h"
 #include "platform/ui/NavigationController.h"
 
 namespace tessel::qt {
@@ -41,7 +42,7 @@ void Page::sync(const NavigationController& navigation, const ViewController* be
     assign(leftItems_, items.itemsFor(item.leftItems()), &Page::leftItemsChanged);
     assign(rightItems_, items.itemsFor(item.rightItems()), &Page::rightItemsChanged);
     assign(toolbarItems_, items.itemsFor(controller()->toolbarItems()), &Page::toolbarItemsChanged);
-    assign(isToolbarHidden_, navigation.toolbarHidden(), &Page::toolbarHiddenChanged);
+    assign(isToolbarHidden_, !PageStack::hasToolbar(navigation, *controller()), &Page::toolbarHiddenChanged);
     if (list_)
         list_->sync();
 }

@@ -5,6 +5,11 @@
 
 namespace tessel::qt {
 
+bool PageStack::hasToolbar(const NavigationController& navigation, const ViewController& controller)
+{
+    return !navigation.toolbarHidden() && !controller.toolbarItems().empty();
+}
+
 void PageStack::sync(const NavigationController* navigation, BarItems& items)
 {
     const auto stack = navigation ? navigation->viewControllers() : NavigationController::Stack{};

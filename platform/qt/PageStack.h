@@ -20,6 +20,9 @@ class PageStack : public PresenceList {
 public:
     PageStack(bool dark, QObject* parent) : PresenceList("page", parent), dark_(dark) {}
 
+    /// Whether a page has a toolbar: one without any items takes no room.
+    [[nodiscard]] static bool hasToolbar(const NavigationController&, const ViewController&);
+
     /// Follows the stack, and reads every page again. No stack has no pages.
     void sync(const NavigationController*, BarItems&);
     void setDark(bool);

@@ -18,6 +18,8 @@ namespace tessel::qt {
 
 namespace {
 
+constexpr int kMostLayoutPasses = 3;
+
 Device& device()
 {
     return platform::installed().device;
@@ -42,7 +44,7 @@ void layOutTop(NavigationController& navigation, const Size& window)
     if (!top)
         return;
     const auto above = NavigationController::navigationBarHeight();
-    const auto below = navigation.toolbarHidden() ? 0 : NavigationController::toolbarHeight();
+    const auto below = PageStack::hasToolbar(navigation, *top) ? NavigationController::toolbarHeight() : 0;
     top->layoutView({0, above, window.width, std::max(0.0, window.height - above - below)});
 }
 
@@ -152,6 +154,7 @@ void Shell::appearanceChanged()
 
 void Shell::screenChanged()
 {
+    isLayoutDone_ = false;
     if (isLayingOut_ || std::exchange(isSyncPosted_, true))
         return;
     QMetaObject::invokeMethod(this, &Shell::sync, Qt::QueuedConnection);
@@ -179,7 +182,17 @@ void Shell::syncLayers()
 // something whenever it is laid out would keep the shell busy for ever.
 PresenceList::Controllers Shell::layOut()
 {
+    PresenceList::Controllers laidOut;
     isLayingOut_ = true;
+    isLayoutDone_ = false;
+    for (int pass = 0; pass < kMostLayoutPasses && !std::exchange(isLayoutDone_, true); ++pass)
+        laidOut = layOutOnce();
+    isLayingOut_ = false;
+    return laidOut;
+}
+
+PresenceList::Controllers Shell::layOutOnce()
+{
     const auto bounds = device().screenBounds();
     const Size window{bounds.width, bounds.height};
     if (const auto navigation = rootNavigation())
@@ -191,7 +204,6 @@ PresenceList::Controllers Shell::layOut()
         if (const auto navigation = layer->navigation())
             layOutTop(*navigation, window);
     }
-    isLayingOut_ = false;
     return presented;
 }
 

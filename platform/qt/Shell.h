@@ -77,7 +77,9 @@ private:
     void screenChanged();
     void appearanceChanged();
     void syncLayers();
-    [[nodiscard]] PresenceList::Controllers layOut();
+    /// @returns what is presented, all of which was laid out
+    PresenceList::Controllers layOut();
+    PresenceList::Controllers layOutOnce();
     [[nodiscard]] QRectF rectOf(const PopoverAnchor&) const;
 
     const SystemAppearance& appearance_;
@@ -88,6 +90,7 @@ private:
     bool isActive_ = true;
     bool isSyncPosted_ = false;
     bool isLayingOut_ = false;
+    bool isLayoutDone_ = false; ///< nothing was told since
 };
 
 } // namespace tessel::qt

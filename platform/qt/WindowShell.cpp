@@ -64,6 +64,7 @@ struct WindowShell::Parts {
         : application(argumentCount, arguments.data()),
           loop(platform::installed().mainQueue, platform::installed().clock)
     {
+        qt::forgetTriedDisplay();
         nameApplication();
         if (endDescriptor >= 0)
             quitWhenReadable(endDescriptor);
