@@ -84,6 +84,20 @@ std::optional<std::size_t> findByOrder(const DocumentListController& list, const
     return isThere ? std::optional(index) : std::nullopt;
 }
 
+/// A library has another name than its folder and is looked for in vain where that would be; there are few rows where
+/// there are libraries.
+std::optional<std::size_t> rowOf(const DocumentListController& list, const URL& url, const TextServices& text)
+{
+    const auto size = list.containedItemCount();
+    auto index = lowerBound(list, url.lastPathComponent(), text);
+    if (index < size && list.row(index).url == url)
+        return index;
+    for (index = 0; index < size; ++index)
+        if (list.row(index).url == url)
+            return index;
+    return std::nullopt;
+}
+
 } // namespace
 
 int FolderList::find(const QString& prefix, int from) const
@@ -105,21 +119,20 @@ int FolderList::find(const QString& prefix, int from) const
     return found ? static_cast<int>(*found) : -1;
 }
 
+/// Mostly one of the first rows; of a long list, all that is selected is listed only where it is not.
 int FolderList::firstSelected() const
 {
     const auto controller = controller_.lock();
-    const auto selected = controller ? controller->selectedItemURLs() : std::vector<URL>();
+    if (!controller)
+        return -1;
+    for (std::size_t index = 0; index < std::min(kRowsLookedAtFirst, rowsNow()); ++index)
+        if (controller->row(index).selected)
+            return static_cast<int>(index);
+    const auto selected = rowsNow() > kRowsLookedAtFirst ? controller->selectedItemURLs() : std::vector<URL>();
     if (selected.empty())
         return -1;
-    const auto isIt = [&](std::size_t index) {
-        return index < rowsNow() && controller->row(index).url == selected.front();
-    };
-    const auto& text = platform::installed().text;
-    auto index = lowerBound(*controller, selected.front().lastPathComponent(), text);
-    if (!isIt(index)) // a library, whose folder is not called as its row; there are few rows where there are any
-        for (index = 0; index < rowsNow() && !isIt(index);)
-            ++index;
-    return index < rowsNow() ? static_cast<int>(index) : -1;
+    const auto index = rowOf(*controller, selected.front(), platform::installed().text);
+    return index ? static_cast<int>(*index) : -1;
 }
 
 } // namespace tessel::qt

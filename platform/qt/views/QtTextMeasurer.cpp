@@ -27,22 +27,44 @@ QTextOption options()
     return options;
 }
 
+double lineHeight(const QFont& font)
+{
+    const QFontMetricsF metrics(font);
+    return std::ceil(metrics.ascent() + metrics.descent()); // as QTextLine has it
+}
+
+/// The width of a last line that is cut: it holds what can be held of its paragraph, and an ellipsis.
+double cutWidth(const QString& text, const QTextLine& line, const QFont& font, double width)
+{
+    const auto rest = text.mid(line.textStart()).section(QChar::LineSeparator, 0, 0) + QChar(0x2026);
+    return std::min(width, QFontMetricsF(font).horizontalAdvance(rest));
+}
+
+/// Characters of other fonts may make lines higher or lower than a line of the font: there is room for all.
+double wholeLines(std::size_t lines, double height, double lineHeight)
+{
+    return std::max(static_cast<double>(lines), std::ceil(height / lineHeight)) * lineHeight;
+}
+
 Size laidOut(const QString& text, const QFont& font, double width, std::size_t most)
 {
     QTextLayout layout(text, font);
     layout.setTextOption(options());
     Size size;
+    std::size_t lines = 0;
     layout.beginLayout();
-    for (std::size_t lines = 0; most == 0 || lines < most; ++lines) {
-        auto line = layout.createLine();
-        if (!line.isValid())
-            break;
+    for (auto line = layout.createLine(); line.isValid(); line = layout.createLine()) {
         line.setLineWidth(width);
         size.width = std::max(size.width, line.naturalTextWidth());
         size.height += line.height();
+        if (++lines == most) {
+            if (line.textStart() + line.textLength() < text.size())
+                size.width = std::max(size.width, cutWidth(text, line, font, width));
+            break;
+        }
     }
     layout.endLayout();
-    return {std::ceil(size.width), size.height};
+    return {std::ceil(size.width), wholeLines(lines, size.height, lineHeight(font))};
 }
 
 } // namespace
@@ -62,7 +84,7 @@ QtTextMeasurer::~QtTextMeasurer() = default;
 FontMetrics QtTextMeasurer::metrics(const Font& font) const
 {
     const QFontMetricsF metrics(systemFont(font));
-    return {metrics.ascent(), metrics.descent(), metrics.capHeight(), measure("x", font, kWidest, 1).height};
+    return {metrics.ascent(), metrics.descent(), metrics.capHeight(), lineHeight(systemFont(font))};
 }
 
 Size QtTextMeasurer::measure(std::string_view text, const Font& font, double width, std::size_t lines) const
