@@ -113,12 +113,13 @@ TEST_F(ThumbnailQueueTest, TriesInVainOnceUntilTheFileChanges)
 
 TEST_F(ThumbnailQueueTest, WorksForTheNewestRequestFirstAndNotForThoseThatWereDropped)
 {
-    for (const auto* name : {"gate", "a", "b", "c", "d"})
+    for (const auto* name : {"gate", "a", "b", "c", "d", "e"})
         drive.file(name, "content");
     std::atomic<int> answers = 0;
     {
         ThumbnailQueue queue(cache(), maker());
         std::promise<void> last;
+        ThumbnailQueue::Ticket droppedLater = 0;
         whileBusy(queue, [&] {
             const auto count = [&](const QImage&) { ++answers; };
             queue.request(bytes("a"), ThumbnailSize::Normal, [&](const QImage&) { ++answers, last.set_value(); });
@@ -127,9 +128,11 @@ TEST_F(ThumbnailQueueTest, WorksForTheNewestRequestFirstAndNotForThoseThatWereDr
             const auto shared = queue.request(bytes("d"), ThumbnailSize::Normal, count);
             queue.request(bytes("d"), ThumbnailSize::Normal, count);
             queue.request(bytes("c"), ThumbnailSize::Normal, count);
+            droppedLater = queue.request(bytes("e"), ThumbnailSize::Normal, count);
             queue.cancel(dropped);
             queue.cancel(shared);
         });
+        queue.cancel(droppedLater);
         gate.set_value();
         ASSERT_EQ(last.get_future().wait_for(kPatience), std::future_status::ready);
     }
