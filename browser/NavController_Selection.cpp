@@ -1,6 +1,7 @@
 #include "app/common/Log.h"
 #include "browser/NavController.h"
 #include "files/DRItem.h"
+#include "files/LaunchUtils.h"
 #include "platform/cloud/CloudService.h"
 #include "platform/documents/SearchController.h"
 #include "platform/run/MainQueue.h"
@@ -82,6 +83,10 @@ void NavController::documentListControllerDidSelectItemAtURL(DocumentListControl
         return;
     if (item->isDirectory())
         openFolderLink(*item->url());
+    else if (LaunchUtils::openInDefaultApp(*item->url(), topViewController(), RequireOpenIn::Yes))
+        TSD_DEBUG("openInDefaultApp returned YES, app launched");
+    else
+        TSD_DEBUG("openInDefaultApp returned NO, showing preview");
 }
 
 void NavController::openFolderLink(const URL& folder)

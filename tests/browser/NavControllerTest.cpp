@@ -6,6 +6,7 @@
 #include "platform/cloud/UserDefaults.h"
 #include "platform/documents/SearchController.h"
 #include "platform/documents/UnavailableViewController.h"
+#include "tests/support/DesktopOfTest.h"
 #include "tests/support/InstalledPlatform.h"
 
 #include <gmock/gmock.h>
@@ -116,7 +117,7 @@ TEST_F(NavControllerTest, WalksDownAndLogsIt)
                                list + "New DLC (0 items): \"Projects\", UTI=public.folder, URL=" + at("Projects")}));
 }
 
-TEST_F(NavControllerTest, BuildsAndLogsATappedDocument)
+TEST_F(NavControllerTest, OpensATappedDocumentWhereAnApplicationOwnsIt)
 {
     const auto plan = drive.file("Plan.txt", "four");
     launch();
@@ -127,8 +128,16 @@ TEST_F(NavControllerTest, BuildsAndLogsATappedDocument)
                 ElementsAre("(TSD)[INFO] " + tapped + "================= Selected Item (dlc)",
                             "(TSD)[INFO] " + tapped + "Picked URL: " + plan.absoluteString(),
                             "(TSD)[DEBUG] " + tapped + "DRItem: Name=Plan.txt, Size=4, URL=" + plan.absoluteString() +
-                                ", ResURL=<same>, PromiseURL=<same>, Local, (4 bytes txt)"));
+                                ", ResURL=<same>, PromiseURL=<same>, Local, (4 bytes txt)",
+                            HasSubstr("Opening document " + plan.absoluteString()), HasSubstr("which is not."),
+                            HasSubstr("No default app"),
+                            "(TSD)[DEBUG] " + tapped + "openInDefaultApp returned NO, showing preview"));
     EXPECT_EQ(platform.services().log.activityLabel(), "Selected Item (dlc)");
+
+    DesktopOfTest(platform.desktop).editor("editor", "text/plain;");
+    tap("Plan.txt");
+    EXPECT_EQ(platform.log->lines().back(), "(TSD)[DEBUG] " + tapped + "openInDefaultApp returned YES, app launched");
+    EXPECT_EQ(titles().size(), 1U);
 }
 
 TEST_F(NavControllerTest, RebuildsTheStackWhenATappedDocumentIsGone)

@@ -78,7 +78,7 @@ std::optional<Error> DesktopApplications::start(const std::string& bundleIdentif
         return start(*entry, *program, std::move(arguments), document);
     auto words = terminalCommand();
     if (words.empty()) {
-        const auto reason = services_.text.localized("There is no terminal.");
+        const auto reason = services_.text.localized("There is no terminal to run the application in.");
         return Error{Domain::General, ErrorCode::kUnsupported, reason, reason};
     }
     const auto terminal = words.front();
