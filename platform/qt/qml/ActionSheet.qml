@@ -25,6 +25,8 @@ FocusScope {
         id: rising
 
         FocusScope {
+            focus: true
+
             Column {
                 x: 8
                 y: parent.height - (height + 8) * sheet.presence

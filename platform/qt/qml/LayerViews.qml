@@ -1,6 +1,7 @@
 import QtQuick
 
-// Views of the program's own over the pages: all over them, or in a popover.
+// Views of the program's own over the pages: all over them, or in a popover, which on a phone comes from the bottom
+// edge.
 FocusScope {
     id: views
 
@@ -12,7 +13,7 @@ FocusScope {
         anchors.fill: parent
         focus: true
         active: views.presented ? true : false
-        sourceComponent: views.presented?.kind === "popover" ? pointing : whole
+        sourceComponent: views.presented?.kind !== "popover" ? whole : shell.tablet ? pointing : rising
     }
 
     Component {
@@ -51,6 +52,24 @@ FocusScope {
 
         PageArea {
             stack: views.presented.pages
+        }
+    }
+
+    Component {
+        id: rising
+
+        Item {
+            Panel {
+                y: views.height - (height - radius) * views.presence
+                width: views.width
+                height: Math.min(views.height - 40, views.presented.root?.height ?? 0) + radius
+
+                NodeHost {
+                    focus: true
+                    placed: false
+                    node: views.presented.root
+                }
+            }
         }
     }
 

@@ -77,7 +77,7 @@ Rectangle {
         activeFocusOnTab: true
         enabled: field.node?.enabled ?? false
         font: field.node?.font ?? Qt.application.font
-        color: Theme.text
+        color: enabled ? Theme.text : Theme.faint
         selectionColor: Theme.accent
         selectedTextColor: Theme.accentText
         selectByMouse: true
