@@ -2,6 +2,8 @@
 
 #include <cerrno>
 #include <cstring>
+#include <string>
+#include <utility>
 
 namespace tessel {
 
@@ -40,6 +42,11 @@ Error errnoError(int errorNumber, const URL& item)
 {
     auto error = codeOf(errorNumber);
     error.failureReason = reasonOf(error, errorNumber);
+    return errorNaming(item, std::move(error));
+}
+
+Error errorNaming(const URL& item, Error error)
+{
     error.description =
         "The operation on “" + std::string(item.lastPathComponent()) + "” failed: " + error.failureReason + ".";
     return error;

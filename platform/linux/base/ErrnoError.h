@@ -9,4 +9,7 @@ namespace tessel {
 /// in the system domain.
 [[nodiscard]] Error errnoError(int errorNumber, const URL& item);
 
+/// The error of a file that stands for an item, or is in it, as an error of the item.
+[[nodiscard]] Error errorNaming(const URL& item, Error);
+
 } // namespace tessel

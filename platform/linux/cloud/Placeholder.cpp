@@ -74,11 +74,11 @@ public:
 
     Date date(const char* key) { return Date{integer(key)}; }
 
-    std::string name()
+    std::string name(const char* key, const char* base64Key)
     {
-        if (has("name"))
-            return text("name");
-        const auto decoded = base64Decoded(text("nameBase64"));
+        if (has(key))
+            return text(key);
+        const auto decoded = base64Decoded(text(base64Key));
         return check(decoded.has_value()) ? *decoded : std::string();
     }
 
@@ -110,14 +110,38 @@ bool isRole(std::string_view role)
     return role == SharedItemRole::kOwner || role == SharedItemRole::kParticipant;
 }
 
-std::optional<PlaceholderRecord> parsedRecord(const std::string& content)
+constexpr const char* kName = "name";
+constexpr const char* kNameBase64 = "nameBase64";
+// The name that the document is being given: it is the document's once the placeholder has been renamed to fit it.
+constexpr const char* kNextName = "nextName";
+constexpr const char* kNextNameBase64 = "nextNameBase64";
+
+std::string nameFor(std::string_view fileName, FieldReader& fields)
+{
+    if (fields.has(kNextName) || fields.has(kNextNameBase64))
+        if (auto next = fields.name(kNextName, kNextNameBase64); placeholderName(next) == fileName)
+            return next;
+    return fields.name(kName, kNameBase64);
+}
+
+void setName(json& object, std::string_view name, const char* key, const char* base64Key)
+{
+    object.erase(key);
+    object.erase(base64Key);
+    if (isValidUTF8(name))
+        object[key] = name;
+    else
+        object[base64Key] = base64Encoded(name);
+}
+
+std::optional<PlaceholderRecord> parsedRecord(const std::string& content, std::string_view fileName)
 {
     const auto object = json::parse(content, nullptr, false);
     if (!object.is_object())
         return std::nullopt;
     FieldReader fields(object);
     PlaceholderRecord record;
-    record.name = fields.name();
+    record.name = nameFor(fileName, fields);
     fields.check(isFileName(record.name));
     record.size = fields.size("size");
     if (fields.has("creationDate"))
@@ -129,6 +153,13 @@ std::optional<PlaceholderRecord> parsedRecord(const std::string& content)
         record.sharedRole = fields.text("sharedRole");
     fields.check(!record.sharedRole || isRole(*record.sharedRole));
     return fields.isDamaged() ? std::nullopt : std::optional(std::move(record));
+}
+
+Error damage(const URL& placeholder)
+{
+    return {Domain::General, ErrorCode::kReadCorrupt,
+            "The record of the document behind “" + std::string(placeholder.lastPathComponent()) + "” is damaged.",
+            "The record is damaged"};
 }
 
 } // namespace
@@ -152,12 +183,9 @@ Result<PlaceholderRecord> readPlaceholder(const URL& placeholder)
     const auto content = readSmallFile(placeholder, kMaximumSize);
     if (!content)
         return content.error();
-    auto record = parsedRecord(*content);
+    auto record = parsedRecord(*content, placeholder.lastPathComponent());
     if (!record || placeholderName(record->name) != placeholder.lastPathComponent())
-        return Error{Domain::General, ErrorCode::kReadCorrupt,
-                     "The record of the document behind “" + std::string(placeholder.lastPathComponent()) +
-                         "” is damaged.",
-                     "The record is damaged"};
+        return damage(placeholder);
     return *std::move(record);
 }
 
@@ -167,15 +195,29 @@ std::optional<Error> writePlaceholder(const URL& logical, const PlaceholderRecor
                    {"modificationDate", record.modificationDate.nanoseconds},
                    {"type", record.type},
                    {"identifier", record.identifier}};
-    if (isValidUTF8(record.name))
-        object["name"] = record.name;
-    else
-        object["nameBase64"] = base64Encoded(record.name);
+    setName(object, record.name, kName, kNameBase64);
     if (record.creationDate)
         object["creationDate"] = record.creationDate->nanoseconds;
     if (record.sharedRole)
         object["sharedRole"] = *record.sharedRole;
     return writeFileAtomically(placeholderURL(logical), serialised(object));
+}
+
+std::optional<Error> addNameToPlaceholder(const URL& logical, std::string_view nextName)
+{
+    const auto placeholder = placeholderURL(logical);
+    const auto record = readPlaceholder(placeholder);
+    if (!record)
+        return record.error();
+    const auto content = readSmallFile(placeholder, kMaximumSize);
+    if (!content)
+        return content.error();
+    auto object = json::parse(*content, nullptr, false);
+    if (!object.is_object())
+        return damage(placeholder);
+    setName(object, record->name, kName, kNameBase64);
+    setName(object, nextName, kNextName, kNextNameBase64);
+    return writeFileAtomically(placeholder, serialised(object), KeepAttributes::Yes);
 }
 
 } // namespace tessel

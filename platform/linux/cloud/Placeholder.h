@@ -40,4 +40,8 @@ Result<PlaceholderRecord> readPlaceholder(const URL& placeholder);
 /// @param record its name is that of `logical`
 [[nodiscard]] std::optional<Error> writePlaceholder(const URL& logical, const PlaceholderRecord& record);
 
+/// Makes the record of a document fit its next name too, beside its present one: renaming the placeholder to fit that
+/// name (placeholderURL) then renames the document, in one step. Attributes are kept.
+[[nodiscard]] std::optional<Error> addNameToPlaceholder(const URL& logical, std::string_view nextName);
+
 } // namespace tessel

@@ -1,7 +1,9 @@
 #include "platform/linux/files/AtomicFile.h"
 
 #include "platform/linux/base/ErrnoError.h"
+#include "platform/linux/files/CopyContent.h"
 #include "platform/linux/files/FileDescriptor.h"
+#include "platform/linux/files/WriteAll.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -18,18 +20,6 @@ namespace tessel {
 namespace {
 
 namespace fs = std::filesystem;
-
-bool writeAll(int descriptor, std::string_view bytes)
-{
-    while (!bytes.empty()) {
-        const auto written = ::write(descriptor, bytes.data(), bytes.size());
-        if (written < 0 && errno != EINTR)
-            return false;
-        if (written > 0)
-            bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return true;
-}
 
 constexpr std::string_view kTemporaryPrefix = ".tsd-temporary-";
 constexpr auto kLongestWrite = std::chrono::minutes(1);
@@ -50,11 +40,15 @@ public:
             ::unlink(path_.c_str());
     }
 
-    [[nodiscard]] bool fill(std::string_view bytes)
+    [[nodiscard]] bool fill(std::string_view bytes) { return exists_ && writeAll(descriptor_.get(), bytes); }
+
+    [[nodiscard]] bool takeAttributesOf(const URL& url)
     {
-        return exists_ && writeAll(descriptor_.get(), bytes) && ::fsync(descriptor_.get()) == 0 &&
-               ::close(descriptor_.release()) == 0;
+        const FileDescriptor other(::open(url.path().c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+        return other.isOpen() && copyAttributes(other.get(), descriptor_.get());
     }
+
+    [[nodiscard]] bool finish() { return ::fsync(descriptor_.get()) == 0 && ::close(descriptor_.release()) == 0; }
 
     [[nodiscard]] bool renameTo(const std::string& path)
     {
@@ -91,12 +85,13 @@ bool syncFolder(const URL& folder)
 
 } // namespace
 
-std::optional<Error> writeFileAtomically(const URL& url, std::string_view bytes)
+std::optional<Error> writeFileAtomically(const URL& url, std::string_view bytes, KeepAttributes keep)
 {
     int errorNumber = 0;
     {
         TemporarySibling sibling(url);
-        if (!sibling.fill(bytes) || !sibling.renameTo(url.path()) || !syncFolder(url.deletingLastPathComponent()))
+        if (!sibling.fill(bytes) || (keep == KeepAttributes::Yes && !sibling.takeAttributesOf(url)) ||
+            !sibling.finish() || !sibling.renameTo(url.path()) || !syncFolder(url.deletingLastPathComponent()))
             errorNumber = errno;
     }
     return errorNumber == 0 ? std::nullopt : std::optional(errnoError(errorNumber, url));

@@ -4,9 +4,10 @@
 #include "platform/linux/cloud/Placeholder.h"
 #include "platform/linux/files/AliasFile.h"
 #include "platform/linux/files/FileStatus.h"
+#include "platform/linux/files/LinkText.h"
+#include "platform/linux/files/TreeEnumeration.h"
 
 #include <fcntl.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <deque>
@@ -17,22 +18,6 @@ namespace {
 
 // As many links as the kernel follows in one path (MAXSYMLINKS).
 constexpr int kMaximumLinks = 40;
-
-// The text of a link, whatever its length; none with errno set when the path is no link.
-std::optional<std::string> linkText(const std::string& path)
-{
-    std::string text(256, '\0');
-    while (true) {
-        const auto length = ::readlink(path.c_str(), text.data(), text.size());
-        if (length < 0)
-            return std::nullopt;
-        if (static_cast<std::size_t>(length) < text.size()) {
-            text.resize(static_cast<std::size_t>(length));
-            return text;
-        }
-        text.resize(text.size() * 2);
-    }
-}
 
 // Follows the links of a path one component at a time, so that what does not exist yet can stand behind them.
 class LinkResolver {
@@ -115,6 +100,12 @@ Result<URL> PosixFileManager::resolvingAliasFile(const URL& url) const
     if (found || attributes(placeholderURL(*target).path()))
         return *target;
     return found.error();
+}
+
+void PosixFileManager::enumerateDeep(const URL& folder, const EntryVisitor& visit,
+                                     const EntryErrorHandler& onError) const
+{
+    enumerateTree(folder, visit, onError);
 }
 
 } // namespace tessel

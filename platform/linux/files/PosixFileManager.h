@@ -4,9 +4,14 @@
 
 namespace tessel {
 
+class UnfinishedWork;
+
 /// The file manager on the kernel's own calls.
 class PosixFileManager final : public FileManager {
 public:
+    /// @param unfinished remembers its changes; outlives the file manager
+    explicit PosixFileManager(const UnfinishedWork& unfinished) : unfinished_(unfinished) {}
+
     Result<FileAttributes> attributes(const std::string& path) const override;
     Result<std::string> destinationOfSymbolicLink(const URL&) const override;
     /// A URL whose links lead in a circle comes back as it is.
@@ -17,10 +22,16 @@ public:
     [[nodiscard]] std::optional<Error> createDirectory(const URL&, WithIntermediates) override;
     [[nodiscard]] std::optional<Error> removeItem(const URL&) override;
     [[nodiscard]] std::optional<Error> moveItem(const URL& from, const URL& to) override;
-    /// Uses three descriptors at most and no recursion, however deep the tree is. An item that goes meanwhile is left
-    /// out without an error. The order within a folder is the file system's.
     void enumerateDeep(const URL& folder, const std::function<void(const URL&, const FileAttributes&)>& visit,
                        const std::function<OnEnumerationError(const URL&, const Error&)>& onError) const override;
+
+private:
+    [[nodiscard]] std::optional<Error> removeFolder(const URL&);
+    [[nodiscard]] std::optional<Error> moveToFreeName(const URL& from, const URL& to);
+    [[nodiscard]] std::optional<Error> movePlaceholder(const URL& from, const URL& to);
+    [[nodiscard]] std::optional<Error> moveEntry(const URL& from, const URL& to, const URL& named);
+
+    const UnfinishedWork& unfinished_;
 };
 
 } // namespace tessel

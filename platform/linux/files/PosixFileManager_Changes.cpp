@@ -1,29 +1,48 @@
 #include "platform/linux/base/ErrnoError.h"
 #include "platform/linux/cloud/Placeholder.h"
+#include "platform/linux/files/MoveBetweenFileSystems.h"
 #include "platform/linux/files/PosixFileManager.h"
+#include "platform/linux/files/RemoveTree.h"
+#include "platform/linux/files/RenameCase.h"
+#include "platform/linux/files/RenameWithoutReplacing.h"
 #include "platform/linux/files/Uninterrupted.h"
+#include "platform/linux/files/WithdrawnItem.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdio>
 #include <vector>
 
 namespace tessel {
 
 namespace {
 
-bool exists(const URL& url)
+enum class Presence { Absent, Present, Unknown };
+
+// Unknown with errno set.
+Presence presenceOf(const URL& url)
 {
-    return uninterrupted([&] { return ::faccessat(AT_FDCWD, url.path().c_str(), F_OK, AT_SYMLINK_NOFOLLOW); }) == 0;
+    const auto* path = url.path().c_str();
+    if (uninterrupted([&] { return ::faccessat(AT_FDCWD, path, F_OK, AT_SYMLINK_NOFOLLOW); }) == 0)
+        return Presence::Present;
+    return errno == ENOENT || errno == ENOTDIR ? Presence::Absent : Presence::Unknown;
+}
+
+// Whether nothing is there; else errno says EEXIST, or why it is not known.
+bool isFree(const URL& url)
+{
+    const auto presence = presenceOf(url);
+    if (presence == Presence::Present)
+        errno = EEXIST;
+    return presence == Presence::Absent;
 }
 
 bool isFolder(const URL& url)
 {
     struct stat status = {};
-    return ::stat(url.path().c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+    return uninterrupted([&] { return ::stat(url.path().c_str(), &status); }) == 0 && S_ISDIR(status.st_mode);
 }
 
 bool unlinkItem(const URL& url)
@@ -31,37 +50,40 @@ bool unlinkItem(const URL& url)
     return uninterrupted([&] { return ::unlink(url.path().c_str()); }) == 0;
 }
 
-// A document whose download was interrupted at its very end has its placeholder still. Without the document that would
-// count again.
+bool unlinkFolder(const URL& url)
+{
+    return uninterrupted([&] { return ::rmdir(url.path().c_str()); }) == 0;
+}
+
+// A document whose download was interrupted at its very end has its placeholder still. Once the document is gone, that
+// would count again.
 bool dropShadowedPlaceholder(const URL& url)
 {
     return unlinkItem(placeholderURL(url)) || errno == ENOENT;
 }
 
-// Folders made for one that is wanted in them; removed again unless all succeeded.
+// Folders made for one that is wanted in them, so that they can be removed again.
 class NewFolders {
 public:
-    // errno tells why not.
+    // False with errno set when the folder is not there.
     bool make(const URL& url, WithIntermediates intermediates)
     {
-        if (exists(placeholderURL(url))) {
-            errno = EEXIST;
+        if (!isFree(placeholderURL(url)))
             return false;
-        }
         if (makeOne(url))
             return true;
         if (intermediates == WithIntermediates::No)
             return false;
         if (errno == EEXIST)
-            return isFolder(url) || (errno = EEXIST, false);
-        return errno == ENOENT && url != url.deletingLastPathComponent() &&
-               make(url.deletingLastPathComponent(), intermediates) && makeOne(url);
+            return isThere(url);
+        const auto parent = url.deletingLastPathComponent();
+        return errno == ENOENT && parent != url && make(parent, intermediates) && makeOne(url);
     }
 
     void undo()
     {
         for (auto url = made_.rbegin(); url != made_.rend(); ++url)
-            uninterrupted([&] { return ::rmdir(url->path().c_str()); });
+            (void)unlinkFolder(*url);
     }
 
 private:
@@ -71,6 +93,13 @@ private:
         if (isMade)
             made_.push_back(url);
         return isMade;
+    }
+
+    static bool isThere(const URL& url)
+    {
+        const bool isFound = isFolder(url);
+        errno = EEXIST;
+        return isFound;
     }
 
     std::vector<URL> made_;
@@ -100,26 +129,62 @@ std::optional<Error> PosixFileManager::createDirectory(const URL& url, WithInter
 
 std::optional<Error> PosixFileManager::removeItem(const URL& url)
 {
-    if (!exists(url))
-        return unlinkItem(placeholderURL(url)) ? std::nullopt : std::optional(errnoError(errno, url));
-    if (!dropShadowedPlaceholder(url))
-        return errnoError(errno, url);
-    if (unlinkItem(url) || (errno == EISDIR && ::rmdir(url.path().c_str()) == 0))
+    const auto presence = presenceOf(url);
+    const bool isRemoved = presence == Presence::Absent    ? unlinkItem(placeholderURL(url))
+                           : presence == Presence::Present ? dropShadowedPlaceholder(url) && unlinkItem(url)
+                                                           : false;
+    if (isRemoved)
         return std::nullopt;
-    return errnoError(errno, url);
+    return errno == EISDIR ? removeFolder(url) : errnoError(errno, url);
+}
+
+// Out of sight in one step, so that nobody sees it half-removed, and so that a program that is killed has removed it.
+std::optional<Error> PosixFileManager::removeFolder(const URL& url)
+{
+    if (unlinkFolder(url))
+        return std::nullopt;
+    if (errno != ENOTEMPTY && errno != EEXIST)
+        return errnoError(errno, url);
+    if (auto error = checkFolderCanBeRemoved(url, url))
+        return error;
+    auto folder = WithdrawnItem::withdraw(url, url, unfinished_);
+    return folder ? folder.value().remove() : folder.error();
 }
 
 std::optional<Error> PosixFileManager::moveItem(const URL& from, const URL& to)
 {
-    if (exists(placeholderURL(to)))
-        errno = EEXIST;
-    else if (dropShadowedPlaceholder(from) &&
-             ::renameat2(AT_FDCWD, from.path().c_str(), AT_FDCWD, to.path().c_str(), RENAME_NOREPLACE) == 0)
-        return std::nullopt;
-    auto error = errnoError(errno, from);
-    if (error.code == ErrorCode::kFileExists)
-        error.userInformation[ErrorKey::kDestinationFilePath] = to.path();
+    auto error = isFree(placeholderURL(to)) ? moveToFreeName(from, to) : std::optional(errnoError(errno, from));
+    if (error == Error{Domain::General, ErrorCode::kFileExists, {}, {}})
+        error->userInformation[ErrorKey::kDestinationFilePath] = to.path();
     return error;
+}
+
+std::optional<Error> PosixFileManager::moveToFreeName(const URL& from, const URL& to)
+{
+    const auto presence = presenceOf(from);
+    if (presence == Presence::Absent)
+        return movePlaceholder(from, to);
+    if (presence == Presence::Unknown || !dropShadowedPlaceholder(from))
+        return errnoError(errno, from);
+    return moveEntry(from, to, from);
+}
+
+// The record is made to fit both names first, so that at no moment it fits none.
+std::optional<Error> PosixFileManager::movePlaceholder(const URL& from, const URL& to)
+{
+    if (!isFree(to))
+        return errnoError(errno, from);
+    if (from.lastPathComponent() != to.lastPathComponent())
+        if (auto error = addNameToPlaceholder(from, to.lastPathComponent()))
+            return errorNaming(from, *std::move(error));
+    return moveEntry(placeholderURL(from), placeholderURL(to), from);
+}
+
+std::optional<Error> PosixFileManager::moveEntry(const URL& from, const URL& to, const URL& named)
+{
+    if (renameWithoutReplacing(from, to) || (errno == EEXIST && renameCase(from, to)))
+        return std::nullopt;
+    return errno == EXDEV ? moveBetweenFileSystems(from, to, named, unfinished_) : errnoError(errno, named);
 }
 
 } // namespace tessel

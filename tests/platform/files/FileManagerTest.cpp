@@ -1,5 +1,6 @@
 #include "platform/linux/files/AtomicFile.h"
 #include "platform/linux/files/PosixFileManager.h"
+#include "platform/linux/files/UnfinishedWork.h"
 #include "tests/support/TemporaryDrive.h"
 
 #include <gmock/gmock.h>
@@ -39,7 +40,8 @@ protected:
     }
 
     TemporaryDrive drive;
-    PosixFileManager files;
+    UnfinishedWork unfinished{drive.url("unfinished")};
+    PosixFileManager files{unfinished};
     std::function<void(const URL&)> onVisit;
     OnEnumerationError onError = OnEnumerationError::Continue;
     std::vector<std::pair<std::string, int>> failures;

@@ -1,7 +1,7 @@
+#include "platform/linux/files/TreeEnumeration.h"
+
 #include "platform/linux/base/ErrnoError.h"
-#include "platform/linux/files/FileDescriptor.h"
 #include "platform/linux/files/FileStatus.h"
-#include "platform/linux/files/PosixFileManager.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -18,25 +18,6 @@ namespace {
 
 constexpr int kOpenFolder = O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC;
 
-// Opens a folder below another by a path of any length: in parts that the kernel takes (PATH_MAX), which may not end
-// in a link.
-FileDescriptor openBelow(int root, std::string_view path)
-{
-    constexpr std::size_t kMaximumPart = 4000;
-    FileDescriptor folder;
-    int start = root;
-    do {
-        auto part = path.substr(0, kMaximumPart);
-        if (part.size() < path.size())
-            part = part.substr(0, part.rfind('/'));
-        const auto name = part.empty() ? std::string(".") : std::string(part);
-        folder = FileDescriptor(::openat(start, name.c_str(), kOpenFolder | O_NOFOLLOW));
-        start = folder.get();
-        path.remove_prefix(std::min(part.size() + 1, path.size()));
-    } while (folder.isOpen() && !path.empty());
-    return folder;
-}
-
 struct CloseFolder {
     void operator()(DIR* stream) const { ::closedir(stream); }
 };
@@ -52,10 +33,7 @@ FolderStream streamOf(FileDescriptor folder)
 
 class DeepEnumeration {
 public:
-    using Visit = std::function<void(const URL&, const FileAttributes&)>;
-    using OnError = std::function<OnEnumerationError(const URL&, const Error&)>;
-
-    DeepEnumeration(const URL& root, const Visit& visit, const OnError& onError)
+    DeepEnumeration(const URL& root, const EntryVisitor& visit, const EntryErrorHandler& onError)
         : root_(root), visit_(visit), onError_(onError)
     {
     }
@@ -113,8 +91,8 @@ private:
     }
 
     const URL root_;
-    const Visit& visit_;
-    const OnError& onError_;
+    const EntryVisitor& visit_;
+    const EntryErrorHandler& onError_;
     // Paths below the root of folders that are still to be read; the empty one is the root's own.
     std::vector<std::string> pending_ = {std::string()};
     bool stopped_ = false;
@@ -122,8 +100,24 @@ private:
 
 } // namespace
 
-void PosixFileManager::enumerateDeep(const URL& folder, const DeepEnumeration::Visit& visit,
-                                     const DeepEnumeration::OnError& onError) const
+FileDescriptor openBelow(int root, std::string_view path)
+{
+    constexpr std::size_t kMaximumPart = 4000;
+    FileDescriptor folder;
+    int start = root;
+    do {
+        auto part = path.substr(0, kMaximumPart);
+        if (part.size() < path.size())
+            part = part.substr(0, part.rfind('/'));
+        const auto name = part.empty() ? std::string(".") : std::string(part);
+        folder = FileDescriptor(::openat(start, name.c_str(), kOpenFolder | O_NOFOLLOW));
+        start = folder.get();
+        path.remove_prefix(std::min(part.size() + 1, path.size()));
+    } while (folder.isOpen() && !path.empty());
+    return folder;
+}
+
+void enumerateTree(const URL& folder, const EntryVisitor& visit, const EntryErrorHandler& onError)
 {
     DeepEnumeration(folder, visit, onError).run();
 }

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "platform/base/URL.h"
+
+namespace tessel {
+
+/// Renames an item to a name that its file system takes for the same as its own, such as one that differs in case
+/// only.
+/// @returns false with errno set when it keeps its name; EEXIST when that other name is another item's
+[[nodiscard]] bool renameCase(const URL& from, const URL& to);
+
+} // namespace tessel

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "platform/files/FileManager.h"
+#include "platform/linux/files/FileDescriptor.h"
+
+#include <functional>
+#include <string_view>
+
+namespace tessel {
+
+using EntryVisitor = std::function<void(const URL&, const FileAttributes&)>;
+using EntryErrorHandler = std::function<OnEnumerationError(const URL&, const Error&)>;
+
+/// Visits every entry below a folder as FileManager::enumerateDeep does. Uses three descriptors at most and no
+/// recursion, however deep the tree is. An item that goes meanwhile is left out without an error. The order within a
+/// folder is the file system's.
+void enumerateTree(const URL& folder, const EntryVisitor& visit, const EntryErrorHandler& onError);
+
+/// Opens a folder below another by a path of any length: in parts that the kernel takes (PATH_MAX), which may not end
+/// in a link.
+/// @param path relative; empty for the folder itself
+[[nodiscard]] FileDescriptor openBelow(int root, std::string_view path);
+
+} // namespace tessel

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <functional>
+
+namespace tessel {
+
+/// Runs work on a thread of its own and makes the n-th (from 1) of its system calls on files fail, whoever makes it:
+/// the kernel asks the test before each of them (seccomp).
+/// @returns whether there was an n-th call
+[[nodiscard]] bool runWithFailingCall(int n, int errorNumber, const std::function<void()>& work);
+
+/// Whether the system lets a test do so.
+[[nodiscard]] bool canMakeCallsFail();
+
+} // namespace tessel
