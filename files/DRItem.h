@@ -33,7 +33,8 @@ public:
 
     /// The URL that the item was made from.
     [[nodiscard]] const std::optional<URL>& url() const { return url_; }
-    /// The URL that the values describe: the target of a link or alias, else `url`. None for an alias without target.
+    /// The URL that the values describe: the target of an external document reference, a link or an alias, else `url`.
+    /// None for a reference or an alias without target; the values of such a reference are its own file's.
     [[nodiscard]] const std::optional<URL>& resolvedURL() const { return cached_.resolvedURL; }
     /// Where `resolvedURL` really lies: its placeholder, else the very same object.
     [[nodiscard]] const std::optional<URL>& promiseURL() const { return cached_.promiseURL; }
@@ -68,6 +69,8 @@ public:
     [[nodiscard]] bool isPackage() const { return cached_.isPackage; }
     /// A symbolic link or an alias file.
     [[nodiscard]] bool isSymlink() const { return cached_.isSymlink; }
+    /// The URL is an external document reference.
+    [[nodiscard]] bool isBookmark() const { return cached_.isBookmark; }
     /// A placeholder stands for the item.
     [[nodiscard]] bool isPromise() const;
     [[nodiscard]] bool isDownloaded() const { return cached_.isDownloaded; }
@@ -106,6 +109,7 @@ private:
         bool isDirectory = false;
         bool isPackage = false;
         bool isSymlink = false;
+        bool isBookmark = false;
         bool isDownloaded = false;
         bool thumbnailFetched = false;
         bool hasHiddenExtension = true;

@@ -1,4 +1,5 @@
 #include "app/common/Log.h"
+#include "app/common/TSDAdditions.h"
 #include "files/DRItem.h"
 #include "platform/cloud/CloudService.h"
 #include "platform/files/FileCoordinator.h"
@@ -52,8 +53,11 @@ bool DRItem::cacheValues()
     clearValues();
     if (!url_)
         return false;
-    const auto url = *url_;
-    setResolvedURL(url);
+    setResolvedURL(tsd_URLByResolvingBookmark(*url_));
+    cached_.isBookmark = platform::installed().cloud.isExternalDocumentReference(*url_);
+    if (!cached_.resolvedURL)
+        return initFromAttributes() || readValues(*url_);
+    const auto url = *cached_.resolvedURL;
     bool result = true;
     {
         const SecurityScopedAccess access(platform::installed().resources, url);

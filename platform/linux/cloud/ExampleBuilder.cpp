@@ -3,6 +3,8 @@
 #include "platform/files/TypeRegistry.h"
 #include "platform/linux/base/ErrnoError.h"
 #include "platform/linux/cloud/ContainerDeclaration.h"
+#include "platform/linux/cloud/DocumentMark.h"
+#include "platform/linux/cloud/ExternalReference.h"
 #include "platform/linux/cloud/Placeholder.h"
 #include "platform/linux/cloud/TagAttribute.h"
 #include "platform/linux/files/ExtendedAttributes.h"
@@ -63,6 +65,14 @@ void ExampleBuilder::link(std::string_view path, const char* target)
         return;
     check(::symlink(target, url.path().c_str()) == 0, url);
     made_.push_back({url, nextDate()});
+}
+
+void ExampleBuilder::reference(std::string_view path, std::string_view container, std::string_view target,
+                               std::uint32_t identifier)
+{
+    const auto targetInRoot = URL::file(containerFolderName(container)).appending(target).path();
+    file(path, externalReferenceContent({identifier, targetInRoot}));
+    markDocument(root_.appending(target), {identifier, {}});
 }
 
 void ExampleBuilder::notDownloaded(std::string_view path, std::string_view content,

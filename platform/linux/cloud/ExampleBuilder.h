@@ -5,6 +5,7 @@
 #include "platform/base/URL.h"
 #include "platform/cloud/CloudContainer.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -28,6 +29,10 @@ public:
     void file(std::string_view path, std::string_view content);
     /// @param target as stored
     void link(std::string_view path, const char* target);
+    /// An external document reference. The target, which is there and downloaded, is marked with the identifier.
+    /// @param target as `path`, in the container whose folder the root is
+    void reference(std::string_view path, std::string_view container, std::string_view target,
+                   std::uint32_t identifier);
     /// A placeholder whose content lies in the cloud store under its identifier.
     void notDownloaded(std::string_view path, std::string_view content, std::optional<std::string> sharedRole = {});
 

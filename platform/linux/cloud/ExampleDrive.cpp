@@ -33,6 +33,12 @@ void addDesktop(ExampleBuilder& drive, const URL& finalDrive)
     drive.setTags("Desktop/To Do.txt", "Important");
 }
 
+void addReference(ExampleBuilder& drive)
+{
+    constexpr std::uint32_t kShed = 20'260'105;
+    drive.reference("Desktop/Shed.tesselref", kDefaultContainerIdentifier, "Documents/Projects/Garden/Shed.md", kShed);
+}
+
 void addDocuments(ExampleBuilder& drive)
 {
     drive.folder("Documents");
@@ -101,6 +107,7 @@ std::optional<Error> buildDrive(const URL& folder, const URL& finalDrive, const 
     addPictures(drive);
     addAlbum(drive, "Documents/Album.lookbook", "Album");
     addOtherScripts(drive);
+    addReference(drive);
     drive.folder(".Trash");
     drive.file(".Trash/Old Draft.txt", "Dear association,\n");
     return drive.finish();

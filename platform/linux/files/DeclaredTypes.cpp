@@ -16,6 +16,7 @@ constexpr DeclaredType kTypes[] = {
     {"public.symlink", "public.item", "inode/symlink", "", "Symbolic link"},
     {"public.package", "public.item", "", "", "Package"},
     {"public.alias-file", "public.data", "", "", "Alias"},
+    {"orvane.tesseldrive.reference", "public.data", "", "tesselref", "Reference"},
     {"public.executable", "public.data", "application/x-executable", "", "Program"},
     {"public.contact", "public.content", "", "", "Contact"},
     {"public.calendar-event", "public.content", "", "", "Calendar event"},
