@@ -19,7 +19,8 @@ FocusScope {
     Accessible.name: title
     Component.onCompleted: presence = 1
     Keys.onPressed: event => {
-        const step = event.key === Qt.Key_Down ? 1 : event.key === Qt.Key_Up ? -1 : 0
+        const onwards = event.key === Qt.Key_Down || event.key === Qt.Key_Tab
+        const step = onwards ? 1 : event.key === Qt.Key_Up || event.key === Qt.Key_Backtab ? -1 : 0
         if (step !== 0)
             focusEntry(step)
         else if (event.key === Qt.Key_Escape || event.key === Qt.Key_Back)

@@ -6,6 +6,7 @@ Grid {
 
     property var actions: []
     property real longest: 0
+    readonly property int safest: Math.max(actions.findIndex(action => action.style === "cancel"), 0)
     readonly property bool beside: actions.length === 2 && longest <= width / 2
     readonly property real buttonWidth: beside ? width / 2 : width
 
@@ -23,7 +24,7 @@ Grid {
             width: buttons.buttonWidth
             height: Math.max(Theme.touch + 2, implicitHeight)
             padding: 12
-            focus: index === buttons.actions.length - 1
+            focus: index === buttons.safest
             name: modelData.title
             usable: modelData.enabled
             font.bold: modelData.style === "cancel"

@@ -23,7 +23,7 @@ FocusScope {
         Qt.callLater(focusView)
     onViewFileChanged: viewLoader.setSource(viewFile, {"list": list, "topSpace": searchHeight, "covered": covered})
 
-    Keys.onPressed: event => {
+    function handle(event) {
         if (event.key === Qt.Key_Escape && list?.searching) {
             list.endSearch()
             event.accepted = true

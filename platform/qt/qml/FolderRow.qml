@@ -179,14 +179,20 @@ MouseArea {
             Accessible.ignored: true
         }
 
-        RowMarks {
+        Loader {
             id: marks
+
+            readonly property bool chevron: area.row.opensList && !area.view.editing
 
             anchors.right: parent.right
             anchors.rightMargin: Theme.margin
             anchors.verticalCenter: parent.verticalCenter
-            row: area.row
-            chevron: area.row.opensList && !area.view.editing
+            width: active ? implicitWidth : 0
+            active: chevron || area.row.inCloud || area.row.progress >= 0 || area.row.tags.length > 0
+            sourceComponent: RowMarks {
+                row: area.row
+                chevron: marks.chevron
+            }
         }
 
         Hairline {

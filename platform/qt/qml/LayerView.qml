@@ -17,8 +17,12 @@ FocusScope {
         follow()
     }
     Keys.onPressed: event => {
+        const backwards = event.key === Qt.Key_Backtab
         if (event.key === Qt.Key_Escape || event.key === Qt.Key_Back)
             presented.cancel()
+        else if (event.key === Qt.Key_Tab || backwards)
+            nextItemInFocusChain(!backwards).forceActiveFocus(backwards ? Qt.BacktabFocusReason : Qt.TabFocusReason)
+        Theme.keyboard = true
         event.accepted = true
     }
 

@@ -7,6 +7,8 @@ Window {
 
     width: 375
     height: 667
+    minimumWidth: 280
+    minimumHeight: 280
     visible: true
     title: shell.applicationTitle
     color: Theme.background

@@ -92,6 +92,8 @@ Rectangle {
         onSelectionStartChanged: Qt.callLater(field.tellSelection)
         onSelectionEndChanged: Qt.callLater(field.tellSelection)
         onActiveFocusChanged: field.tellFocus()
+        Keys.onTabPressed: event => Theme.leave(event)
+        Keys.onBacktabPressed: event => Theme.leave(event)
         Keys.onReturnPressed: field.node?.pressReturn()
         Keys.onEnterPressed: field.node?.pressReturn()
         Accessible.role: Accessible.EditableText

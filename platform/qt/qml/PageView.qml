@@ -23,6 +23,10 @@ FocusScope {
     Accessible.role: Accessible.Pane
     Accessible.name: page.title
 
+    Keys.onPressed: event => {
+        if (content.item?.handle)
+            content.item.handle(event)
+    }
     Component.onCompleted: follow()
     Component.onDestruction: area.rest(view)
 

@@ -85,8 +85,13 @@ Item {
             horizontalAlignment: Text.AlignLeft
             verticalAlignment: Text.AlignVCenter
             onTextEdited: search.list.search(text)
+            Keys.onTabPressed: event => Theme.leave(event)
+            Keys.onBacktabPressed: event => Theme.leave(event)
             Keys.onEscapePressed: search.end()
-            Keys.onDownPressed: search.done()
+            Keys.onDownPressed: {
+                Theme.keyboard = true
+                search.done()
+            }
             Keys.onReturnPressed: search.done()
             Accessible.role: Accessible.EditableText
             Accessible.name: shell.text("Search")

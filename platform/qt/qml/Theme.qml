@@ -51,6 +51,12 @@ QtObject {
     // Whether the last input came from the keyboard: frames around what has it are shown only then.
     property bool keyboard: false
 
+    // A field is left by the keyboard: the frame of what is next is to be seen.
+    function leave(event) {
+        keyboard = true
+        event.accepted = false
+    }
+
     // The form that picture sources take: rrggbb.
     function hex(color) {
         return color.toString().slice(-6)
