@@ -16,8 +16,10 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
+#include <iterator>
+#include <map>
 #include <set>
+#include <sstream>
 
 namespace tessel {
 
@@ -231,10 +233,12 @@ TEST_F(DocumentIdentifiersTest, BelongToDocumentsThatAreNotOnTheDevice)
 TEST_F(DocumentIdentifiersTest, LeadOnlyIntoTheDriveThatIsShown)
 {
     const auto identifier = tsd_DocumentID(document("Plan.txt"));
-    const auto mine = folder.file("mine/Plan.txt");
+    folder.folder("mine");
+    const auto mine = copied(top("Plan.txt"), folder.url("mine/Plan.txt"));
     start(folder.url("mine").path());
     EXPECT_EQ(find(identifier), std::nullopt);
     const auto own = tsd_DocumentID(mine);
+    EXPECT_NE(own, identifier);
     EXPECT_EQ(find(own), mine);
 
     rename(folder.url("mine"), folder.url("renamed"));
@@ -245,40 +249,39 @@ TEST_F(DocumentIdentifiersTest, LeadOnlyIntoTheDriveThatIsShown)
     EXPECT_EQ(find(own), std::nullopt);
 }
 
-// Each asks for the same documents, in another order.
 TEST_F(DocumentIdentifiersTest, AreTheSameForAllProgramsThatAskAtOnce)
 {
-    constexpr int kDocuments = 41; // prime, so that every order has all
+    constexpr int kDocuments = 200;
     constexpr int kPrograms = 4;
-    const auto name = [](int i) { return std::to_string(i) + ".txt"; };
     for (int i = 0; i < kDocuments; ++i)
-        document(name(i));
+        document(std::to_string(i));
     scope.reset();
     platform.reset();
+    int go[2];
+    ASSERT_EQ(::pipe(go), 0);
+    const auto answersOf = [](int program) { return "answers " + std::to_string(program); };
     for (int program = 0; program < kPrograms; ++program)
         if (::fork() == 0) {
+            ::close(go[1]);
             start();
-            std::ofstream answers(folder.url("answers " + std::to_string(program)).path());
-            std::map<int, std::int64_t> given;
-            for (int i = 0; i < kDocuments; ++i) {
-                const int asked = (i * (program * 2 + 1) + program) % kDocuments;
-                given[asked] = tsd_DocumentID(top(name(asked)));
-            }
-            for (const auto& [number, identifier] : given)
-                answers << identifier << '\n';
-            answers.close();
+            char nothing = 0;
+            EXPECT_EQ(::read(go[0], &nothing, 1), 0); // waits until all are told to go
+            std::ostringstream answers;
+            for (int i = 0; i < kDocuments; ++i)
+                answers << tsd_DocumentID(top(std::to_string(i))) << '\n';
+            folder.file(answersOf(program), answers.str());
             ::_exit(0);
         }
-    for (int program = 0; program < kPrograms; ++program)
-        ::wait(nullptr);
-    std::ifstream answers(folder.url("answers 0").path());
-    std::set<std::int64_t> identifiers;
-    for (std::int64_t identifier = 0; answers >> identifier;)
-        identifiers.insert(identifier);
+    ::close(go[0]);
+    ::close(go[1]);
+    while (::wait(nullptr) > 0) {
+    }
+    std::istringstream answers(folder.read(answersOf(0)));
+    const std::set<std::string> identifiers{std::istream_iterator<std::string>(answers), {}};
     EXPECT_EQ(identifiers.size(), static_cast<std::size_t>(kDocuments));
-    EXPECT_FALSE(identifiers.contains(0));
+    EXPECT_FALSE(identifiers.contains("0"));
     for (int program = 1; program < kPrograms; ++program)
-        EXPECT_EQ(folder.read("answers " + std::to_string(program)), folder.read("answers 0"));
+        EXPECT_EQ(folder.read(answersOf(program)), folder.read(answersOf(0)));
 }
 
 } // namespace

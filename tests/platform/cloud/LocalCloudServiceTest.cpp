@@ -359,6 +359,9 @@ TEST_F(LocalCloudServiceTest, TheExampleHasEveryKindOfItem)
     const auto alias = services.files.resolvingAliasFile(top("Desktop/Holiday Photos.desktop"));
     ASSERT_TRUE(alias);
     EXPECT_EQ(*alias, top("Documents/Photos"));
+    fs::rename(top("Documents/Projects").path(), top("Projects").path());
+    const auto target = services.cloud.resolveExternalDocumentReference(top("Desktop/Shed.tesselref"));
+    EXPECT_TRUE(target && *target == top("Projects/Garden/Shed.md"));
     const ResourceKey keys[] = {ResourceKey::SharedItemRole, ResourceKey::IsPackage};
     const auto budget = services.resources.values(keys, top("Documents/Budget.csv"), ValueVariant::Promised);
     EXPECT_EQ(budget->at(ResourceKey::SharedItemRole), Value(SharedItemRole::kParticipant));
