@@ -2,6 +2,7 @@
 
 #include "platform/base/Platform.h"
 #include "platform/files/TypeRegistry.h"
+#include "platform/qt/thumbnails/ThumbnailSwitch.h"
 #include "platform/qt/views/ImageSources.h"
 
 #include <algorithm>
@@ -111,7 +112,7 @@ QString thumbnailSource(const ListRow& row)
 {
     const bool hasContent = row.size && *row.size > 0 && *row.size <= kLargestWithThumbnail;
     if (row.kind != RowKind::File || row.inCloud || !hasContent || !row.modified ||
-        !lookOfDocument(row.url).canHaveThumbnail)
+        !lookOfDocument(row.url).canHaveThumbnail || !showsThumbnails())
         return {};
     return QStringLiteral("image://thumbnail/") + percentEncoded(row.url.path()) + u'?' +
            QString::number(row.modified->nanoseconds);
