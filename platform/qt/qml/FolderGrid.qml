@@ -9,7 +9,7 @@ GridView {
     property bool covered: false
     readonly property bool editing: list?.editing === true
     readonly property real space: width - 2 * (Theme.margin - 8)
-    readonly property int columns: Math.max(2, Math.floor(space / (112 * Math.min(Theme.textScale, 1.5))))
+    readonly property int columns: Math.max(2, Math.floor(space / ((shell.tablet ? 136 : 112) * Math.min(Theme.textScale, 1.5))))
     readonly property real pictureHeight: Math.round(Math.min(cellWidth - 24, 110 * Math.min(Theme.textScale, 1.4)))
     readonly property alias press: press
 
@@ -20,7 +20,7 @@ GridView {
     leftMargin: Theme.margin - 8
     rightMargin: Theme.margin - 8
     cellWidth: Math.floor(space / columns)
-    cellHeight: pictureHeight + Math.ceil(2.8 * Theme.caption + 2.8 * Theme.tiny) + 22
+    cellHeight: pictureHeight + Math.ceil(2.8 * Theme.caption + 1.4 * Theme.tiny) + 24
     currentIndex: -1
     reuseItems: true
     cacheBuffer: 120

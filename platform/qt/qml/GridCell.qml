@@ -1,6 +1,6 @@
 import QtQuick
 
-// One item of a grid: its thumbnail or icon, its name on two lines, and details.
+// One item of a grid: its thumbnail or icon, its name on two lines, and how much it is.
 MouseArea {
     id: cell
 
@@ -127,12 +127,10 @@ MouseArea {
         anchors.topMargin: 1
         anchors.left: title.left
         anchors.right: title.right
-        text: Theme.lines(cell.row.subtitle)
+        text: cell.row.subtitle.split(" · ")[0]
         textFormat: Text.PlainText
         font.pixelSize: Theme.tiny
         color: Theme.secondaryText
-        wrapMode: Text.Wrap
-        maximumLineCount: 2
         elide: Text.ElideRight
         horizontalAlignment: Text.AlignHCenter
         Accessible.ignored: true
