@@ -21,12 +21,6 @@ Node::Node(const std::shared_ptr<View>& view, const NodeTree& tree, QObject* par
 
 Node::~Node()
 {
-    stopListening();
-}
-
-/// A node that waits for its deletion is told nothing any more.
-void Node::stopListening()
-{
     const auto view = view_.lock();
     const auto* listener = view ? view->changed.target<Listener>() : nullptr;
     if (listener && listener->node == this)

@@ -74,8 +74,6 @@ private:
     friend class NodeList;
     struct Listener;
 
-    void stopListening();
-
     std::weak_ptr<View> view_;
     const NodeTree& tree_;
     NodeList* children_ = nullptr; ///< made when it is first asked for

@@ -40,10 +40,8 @@ void NodeList::remove(std::size_t first, std::size_t end)
     beginRemoveRows({}, static_cast<int>(first), static_cast<int>(end) - 1);
     nodes_.erase(begin, past);
     endRemoveRows();
-    for (auto* const node : removed) {
-        node->stopListening();
+    for (auto* const node : removed)
         node->deleteLater(); // QML may be inside one of its handlers
-    }
 }
 
 void NodeList::insert(std::size_t first, std::size_t end, const Views& views)
