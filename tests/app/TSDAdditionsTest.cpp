@@ -19,8 +19,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using ::testing::Contains;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 
 class TSDAdditionsTest : public ::testing::Test {
 protected:
