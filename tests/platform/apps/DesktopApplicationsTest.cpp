@@ -83,6 +83,14 @@ TEST_F(DesktopApplicationsTest, ReadsAssociationListsInTheirOrder)
     EXPECT_THAT(ranks("Plan.txt"), ElementsAre("Owner: one two"));
 }
 
+TEST_F(DesktopApplicationsTest, OffersEntriesForOtherDesktopsOnlyWhereAListNamesThem)
+{
+    desktop.editor("one", "text/plain;\nOnlyShowIn=KDE;");
+    EXPECT_THAT(ranks("Plan.txt"), IsEmpty());
+    desktop.associations("[Default Applications]\ntext/plain=one.desktop\n");
+    EXPECT_THAT(ranks("Plan.txt"), ElementsAre("Owner: one"));
+}
+
 TEST_F(DesktopApplicationsTest, FindsEntriesInFoldersAndHidesTheirs)
 {
     desktop.editor("one", "");
