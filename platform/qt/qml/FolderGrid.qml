@@ -32,8 +32,8 @@ GridView {
     highlightFollowsCurrentItem: false
     activeFocusOnTab: true
     focus: true
-    onActiveFocusChanged: if (activeFocus && Theme.keyboard && currentIndex < 0 && count > 0)
-        currentIndex = Math.max(0, indexAt(1, contentY + topSpace))
+    onActiveFocusChanged: if (activeFocus && Theme.keyboard)
+        keys.arrive()
     Accessible.role: Accessible.List
     Accessible.name: shell.text("Items")
 

@@ -9,6 +9,12 @@ QtObject {
     property string typed
     property double typedAt: 0
 
+    // The first item that can be seen becomes the current one, unless there is one.
+    function arrive() {
+        if (view.count > 0 && (view.currentIndex < 0 || view.currentIndex >= view.count))
+            view.currentIndex = Math.max(0, view.indexAt(view.width / view.columns / 2, view.contentY + view.topSpace + 1))
+    }
+
     function handle(event) {
         if (event.modifiers & (Qt.AltModifier | Qt.MetaModifier))
             return
@@ -42,7 +48,7 @@ QtObject {
     }
 
     function act(event) {
-        const index = view.currentIndex
+        const index = view.currentIndex < view.count ? view.currentIndex : -1
         switch (event.key) {
         case Qt.Key_Backspace: return shell.back()
         case Qt.Key_Return:
@@ -71,8 +77,10 @@ QtObject {
     }
 
     function step(distance) {
-        if (view.currentIndex < 0)
-            return show(Math.max(0, view.indexAt(view.width / 2, view.contentY + view.topSpace + 1)))
+        if (view.currentIndex < 0 || view.currentIndex >= view.count) {
+            arrive()
+            return show(view.currentIndex)
+        }
         const target = view.currentIndex + distance
         if (Math.abs(distance) === view.columns && (target < 0 || target >= view.count))
             return target < 0 || show(view.currentIndex)
@@ -80,7 +88,7 @@ QtObject {
     }
 
     function show(index) {
-        if (view.count === 0)
+        if (index < 0 || index >= view.count)
             return false
         view.currentIndex = index
         view.positionViewAtIndex(index, ListView.Contain)

@@ -35,8 +35,8 @@ ListView {
     focus: true
     onMovementStarted: closeRow()
     onEditingChanged: closeRow()
-    onActiveFocusChanged: if (activeFocus && Theme.keyboard && currentIndex < 0 && count > 0)
-        currentIndex = Math.max(0, indexAt(1, contentY + topSpace))
+    onActiveFocusChanged: if (activeFocus && Theme.keyboard)
+        keys.arrive()
     Accessible.role: Accessible.List
     Accessible.name: shell.text("Items")
 

@@ -7,11 +7,14 @@ FocusScope {
     property var list
     readonly property var results: list?.results ?? null
     readonly property bool busy: results?.busy ?? false
+    readonly property string text: list?.searchText ?? ""
     readonly property bool bare: (results?.count ?? 0) === 0
 
     signal menuRequested(var list, int index, string title, point position)
 
     focus: true
+    onTextChanged: rows.currentIndex = -1
+
     Rectangle {
         anchors.fill: parent
         color: Theme.background

@@ -17,7 +17,7 @@ QtObject {
     readonly property color chosen: dark ? "#12303a" : "#e4f1f4"
     readonly property color text: dark ? "#f1f3f4" : "#15191c"
     readonly property color secondaryText: dark ? "#9ea7ae" : "#5d666e"
-    readonly property color faint: dark ? "#5c656c" : "#a9b1b8"
+    readonly property color faint: dark ? "#5c656c" : "#8b949b"
     readonly property color ring: dark ? "#c7ced3" : "#6c757c"
     readonly property color hairline: dark ? "#33393e" : "#d9dde0"
     readonly property color accent: dark ? "#58bdd4" : "#0b6e87"
