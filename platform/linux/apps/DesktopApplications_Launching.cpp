@@ -57,7 +57,9 @@ void DesktopApplications::downloadAndStart(const std::string& bundleIdentifier, 
         const auto progress = [this](std::uint64_t, std::uint64_t) {
             return isStopping_ ? OnProgress::Cancel : OnProgress::Continue;
         };
-        const auto failure = services_.coordination.read(document, progress, nullptr, [] {});
+        auto failure = services_.coordination.read(document, progress, nullptr, [] {});
+        if (!failure && !canBeSeen(document))
+            failure = errnoError(ENOENT, document);
         services_.mainQueue.async([this, bundleIdentifier, document, failure] {
             if (const auto error = failure ? failure : start(bundleIdentifier, document))
                 services_.log.write(LogLevel::Error, "Cannot open %@ in %@: %@", document, bundleIdentifier, *error);

@@ -1,8 +1,8 @@
 #include "platform/linux/files/AliasFile.h"
 
+#include "platform/linux/base/KeyFile.h"
 #include "platform/linux/files/AtomicFile.h"
 
-#include <algorithm>
 #include <charconv>
 #include <optional>
 #include <string>
@@ -13,43 +13,6 @@ namespace tessel {
 namespace {
 
 constexpr std::size_t kMaximumSize = 64 * 1024;
-
-struct DesktopEntry {
-    std::string type;
-    std::string url;
-};
-
-std::string_view trimmed(std::string_view text)
-{
-    constexpr std::string_view kBlanks = " \t\r";
-    const auto first = text.find_first_not_of(kBlanks);
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
-
-// The two values that matter here, of the entry's main group only: actions have groups of their own.
-DesktopEntry parsedDesktopEntry(std::string_view content)
-{
-    DesktopEntry entry;
-    bool inMainGroup = false;
-    while (!content.empty()) {
-        const auto end = std::min(content.find('\n'), content.size());
-        const auto line = trimmed(content.substr(0, end));
-        content.remove_prefix(std::min(end + 1, content.size()));
-        const auto equals = line.find('=');
-        if (line.starts_with('['))
-            inMainGroup = line == "[Desktop Entry]";
-        else if (inMainGroup && equals != std::string_view::npos) {
-            const auto key = trimmed(line.substr(0, equals));
-            if (key == "Type")
-                entry.type = trimmed(line.substr(equals + 1));
-            else if (key == "URL")
-                entry.url = trimmed(line.substr(equals + 1));
-        }
-    }
-    return entry;
-}
 
 std::optional<std::string> percentDecoded(std::string_view text)
 {
@@ -89,17 +52,18 @@ Error damagedAliasError(const URL& url)
             "“" + std::string(url.lastPathComponent()) + "” does not name a file or folder.", "The alias is damaged"};
 }
 
-Result<DesktopEntry> readAlias(const URL& url)
+/// The URL in an alias file, escapes resolved.
+Result<std::string> readAlias(const URL& url)
 {
     if (url.pathExtension() != "desktop")
         return damagedAliasError(url);
     const auto content = readSmallFile(url, kMaximumSize);
     if (!content)
         return content.error();
-    auto entry = parsedDesktopEntry(*content);
-    if (entry.type != "Link")
+    const KeyFile entry(*content);
+    if (entry.value("Desktop Entry", "Type") != "Link")
         return damagedAliasError(url);
-    return entry;
+    return KeyFile::text(entry.value("Desktop Entry", "URL").value_or(""));
 }
 
 } // namespace
@@ -111,10 +75,10 @@ bool isAliasFile(const URL& url)
 
 Result<URL> targetOfAliasFile(const URL& url)
 {
-    const auto entry = readAlias(url);
-    if (!entry)
-        return entry.error();
-    const auto path = pathOfFileURL(entry->url);
+    const auto address = readAlias(url);
+    if (!address)
+        return address.error();
+    const auto path = pathOfFileURL(*address);
     if (!path)
         return damagedAliasError(url);
     return URL::file(*path);

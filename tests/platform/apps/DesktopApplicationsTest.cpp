@@ -74,12 +74,14 @@ TEST_F(DesktopApplicationsTest, ReadsAssociationListsInTheirOrder)
     desktop.editor("two", "text/plain;");
     platform.desktop.file("data/applications/mimeapps.list",
                           "[Default Applications]\ntext/plain=two.desktop\n[Removed Associations]\n"
-                          "text/plain=one.desktop\n");
-    EXPECT_THAT(ranks("Plan.txt"), ElementsAre("Owner: two"));
-    desktop.associations("[Added Associations]\ntext/plain=one.desktop\n");
+                          "text/plain=one.desktop\n[Added Associations]\ntext/plain=three.desktop\n");
+    desktop.editor("three", "");
+    EXPECT_THAT(ranks("Plan.txt"), ElementsAre("Owner: two three"));
+    desktop.associations("[Added Associations]\ntext/plain=one.desktop\n[Removed Associations]\n"
+                         "text/plain=three.desktop\n");
     EXPECT_THAT(ranks("Plan.txt"), ElementsAre("Owner: two one"));
     desktop.associations("[Default Applications]\ntext/plain=one.desktop\n[Removed Associations]\n"
-                         "text/plain=two.desktop\n");
+                         "text/plain=two.desktop;three.desktop\n");
     EXPECT_THAT(ranks("Plan.txt"), ElementsAre("Owner: one two"));
 }
 

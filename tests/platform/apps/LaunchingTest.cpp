@@ -95,13 +95,15 @@ TEST_F(LaunchingTest, GivesAProgramTheRealPathAndNothingOfOurs)
     desktop.entry("tell", "tell %c %f --end");
     const std::string name = "Akte \"x\" $(touch y) 'z'; \xff\xe4 %f -n.txt";
     const auto document = drive.file("Sub folder/" + name);
-    ASSERT_EQ(::setenv("XDG_ACTIVATION_TOKEN", "ours", 1), 0);
+    for (const auto* variable : {"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"})
+        ASSERT_EQ(::setenv(variable, "ours", 1), 0);
     std::signal(SIGPIPE, SIG_IGN);
     const int leaked = ::open("/dev/null", O_RDONLY); // without O_CLOEXEC
     ASSERT_EQ(open("tell", document), std::nullopt);
     const auto lines = answer();
     ::close(leaked);
-    ::unsetenv("XDG_ACTIVATION_TOKEN");
+    for (const auto* variable : {"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"})
+        ::unsetenv(variable);
     ASSERT_EQ(lines.back(), "end");
     EXPECT_THAT(lines, Contains("argument=tell"));
     EXPECT_THAT(lines, Contains("argument=" + document.path()));
