@@ -87,20 +87,14 @@ private:
             const std::lock_guard lock(mutex);
             if (!owner)
                 return;
-            QMetaObject::invokeMethod(
-                owner, [response = owner, image] { response->finish(image); }, Qt::QueuedConnection);
+            owner->image_ = image; // read by nobody before the signal
+            QMetaObject::invokeMethod(owner, "finished", Qt::QueuedConnection);
             owner = nullptr;
         }
 
         std::mutex mutex;
         Response* owner; ///< Until the first delivery.
     };
-
-    void finish(const QImage& image)
-    {
-        image_ = image;
-        emit finished();
-    }
 
     const std::shared_ptr<ThumbnailQueue> queue_;
     const std::shared_ptr<Mailbox> mailbox_ = std::make_shared<Mailbox>(this);
