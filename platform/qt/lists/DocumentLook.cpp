@@ -76,7 +76,7 @@ const Look& lookOfDocument(const URL& url)
     static std::unordered_map<std::string, Look> looks;
     auto key = std::string(url.pathExtension().empty() ? url.lastPathComponent() : url.pathExtension());
     if (!url.pathExtension().empty())
-        key.insert(0, "."); // no file is called so: it would be its whole name
+        key.insert(key.begin(), '.'); // no file is called so: it would be its whole name
     if (const auto known = looks.find(key); known != looks.end())
         return known->second;
     if (looks.size() >= kMostTypesKept)
