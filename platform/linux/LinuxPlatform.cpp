@@ -4,6 +4,8 @@
 #include "platform/linux/StartFolders.h"
 #include "platform/linux/apps/DesktopApplications.h"
 #include "platform/linux/cloud/CatalogStorage.h"
+#include "platform/linux/cloud/DocumentStore.h"
+#include "platform/linux/cloud/ExampleDrive.h"
 #include "platform/linux/cloud/LocalCloudService.h"
 #include "platform/linux/coordination/LinuxFileCoordination.h"
 #include "platform/linux/files/AtomicFile.h"
@@ -27,8 +29,10 @@ namespace tessel {
 struct LinuxPlatform::Parts {
     Parts(const LinuxPlatformOptions& options, const std::string& locale, const URL& home)
         : clock(options.clock ? *options.clock : systemClock), text(locale, embeddedStringTables()),
-          types(locale, SharedMimeTypes::userDataFolders()), unfinished(home.appending("unfinished")), defaults(home.appending("defaults.json"), log),
-          states(home.appending("state.json"), log),
+          types(locale, SharedMimeTypes::userDataFolders()), unfinished(home.appending("unfinished")),
+          documents(cloudStoreIn(home), text, types, unfinished),
+          coordination({clock, mainQueue, log, text, files, documents}, coordinationFolder(home)),
+          defaults(home.appending("defaults.json"), log), states(home.appending("state.json"), log),
           apps(options.desktop ? *options.desktop : DesktopFolders::ofUser(), locale,
                {mainQueue, log, clock, text, types, coordination})
     {
@@ -36,7 +40,8 @@ struct LinuxPlatform::Parts {
 
     [[nodiscard]] std::optional<Error> connect(const URL& home, const std::optional<URL>& drive)
     {
-        auto opened = LocalCloudService::open({home, drive, mainQueue, notifications, log, text, files, types});
+        auto opened = LocalCloudService::open(
+            {home, drive, mainQueue, notifications, log, text, files, types, coordination, documents});
         if (!opened)
             return opened.error();
         cloud = std::move(opened.value());
@@ -55,7 +60,8 @@ struct LinuxPlatform::Parts {
     SharedMimeTypes types;
     UnfinishedWork unfinished;
     PosixFileManager files{unfinished};
-    LinuxFileCoordination coordination{{clock, files}};
+    DocumentStore documents;
+    LinuxFileCoordination coordination;
     FileUserDefaults defaults;
     FileStateStore states;
     DesktopApplications apps;

@@ -90,4 +90,10 @@ Result<URL> driveFolder(const std::string& path)
     return folder;
 }
 
+URL coordinationFolder(const URL& home)
+{
+    const auto runtime = userRuntimeFolder();
+    return runtime.empty() ? home.appending("coordination") : URL::file(runtime).appending("tesseldrive");
+}
+
 } // namespace tessel

@@ -17,4 +17,8 @@ Result<URL> homeFolder(const std::string& path);
 /// @returns an error for what is no folder, or one that cannot be read
 Result<URL> driveFolder(const std::string& path);
 
+/// Where the user's programs agree on who may touch which file: in the user's runtime folder, or in the home where
+/// there is none. Made when somebody needs it.
+[[nodiscard]] URL coordinationFolder(const URL& home);
+
 } // namespace tessel

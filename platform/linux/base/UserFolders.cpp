@@ -49,4 +49,10 @@ std::string userConfigurationFolder()
     return userFolder("XDG_CONFIG_HOME", "/.config");
 }
 
+std::string userRuntimeFolder()
+{
+    const auto folder = environment("XDG_RUNTIME_DIR");
+    return folder.starts_with('/') ? folder : "";
+}
+
 } // namespace tessel

@@ -11,5 +11,7 @@ namespace tessel {
 [[nodiscard]] std::string userStateFolder();
 /// The same for what the user has chosen: $XDG_CONFIG_HOME, or ".config".
 [[nodiscard]] std::string userConfigurationFolder();
+/// Where the user's programs keep what no restart outlives: $XDG_RUNTIME_DIR; empty where there is none.
+[[nodiscard]] std::string userRuntimeFolder();
 
 } // namespace tessel

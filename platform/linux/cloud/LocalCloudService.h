@@ -7,6 +7,8 @@
 
 namespace tessel {
 
+class DocumentStore;
+class FileCoordinationService;
 class FileManager;
 class MainQueue;
 class NotificationCenter;
@@ -24,6 +26,8 @@ struct CloudOptions {
     const TextServices& text;
     const FileManager& files;
     const TypeRegistry& types;
+    FileCoordinationService& coordination;
+    const DocumentStore& documents;
 };
 
 /// The cloud service of a device that has its drive in folders below a home, without a server:
@@ -63,6 +67,9 @@ public:
     Result<URL> resolveExternalDocumentReference(const URL&) const override;
 
     Result<std::vector<std::string>> tagNames(const URL&) const override;
+
+    /// Only in the home's own drive: a bound one has no place for the content (3328).
+    [[nodiscard]] std::optional<Error> evictDocument(const URL&) override;
 
     /// Lives as long as the service.
     [[nodiscard]] DocumentIdentifiers& documentIdentifiers() const { return *identifiers_; }

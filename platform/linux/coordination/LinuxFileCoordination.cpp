@@ -1,59 +1,182 @@
 #include "platform/linux/coordination/LinuxFileCoordination.h"
 
 #include "platform/files/FileManager.h"
+#include "platform/linux/cloud/DocumentStore.h"
+#include "platform/text/FilledText.h"
+#include "platform/text/TextServices.h"
+
+#include <utility>
 
 namespace tessel {
 
-LinuxFileCoordination::LinuxFileCoordination(const CoordinationServices& services, Clock::Ticks limit)
-    : services_(services), limit_(limit), table_(services.clock)
+namespace {
+
+constexpr std::chrono::seconds kLongestAnswer(2);
+// A document may be sent back to the cloud between its download and the access that it was made for.
+constexpr int kMaximumDownloads = 3;
+
+std::string nameOf(const std::string& path)
+{
+    return std::string(URL::file(path).lastPathComponent());
+}
+
+} // namespace
+
+LinuxFileCoordination::LinuxFileCoordination(const CoordinationServices& services, const URL& folder,
+                                             Clock::Ticks limit)
+    : services_(services), limit_(limit), table_(services.clock), locks_(folder, services.clock),
+      presenters_(services.mainQueue, services.log),
+      post_(folder.appending("presenters"), [this](const Notice& notice, const std::shared_ptr<Answers>& answers) {
+          presenters_.tell(notice, nullptr, answers);
+      })
 {
 }
 
-std::optional<Error> LinuxFileCoordination::read(const URL& url, const FileCoordinator::Progress&, const FilePresenter*,
-                                                 const Access& access)
+std::optional<Error> LinuxFileCoordination::read(const URL& url, const FileCoordinator::Progress& progress,
+                                                 const FilePresenter* asker, const Access& access)
 {
-    return inTurn({wishFor(url, false)}, access);
+    const Wishes wishes = {{realPath(url), false}};
+    if (auto error = tell({Notice::Kind::Reading, wishes.front().path, {}}, asker))
+        return error;
+    bool isRead = false;
+    const auto readUnlessInCloud = [&]() -> std::optional<Error> {
+        isRead = !services_.documents.isInCloudOnly(url);
+        if (isRead)
+            access();
+        return std::nullopt;
+    };
+    auto error = inTurn(wishes, readUnlessInCloud);
+    for (int count = 0; !error && !isRead; ++count) {
+        if (count == kMaximumDownloads)
+            return ownObstacle(wishes);
+        error = download(url, progress, asker);
+        if (!error)
+            error = inTurn(wishes, readUnlessInCloud);
+    }
+    return error;
 }
 
-std::optional<Error> LinuxFileCoordination::write(std::span<const WriteIntent> intents, const FilePresenter*,
+// Without keeping anybody out while it takes its time: only when it is whole the content takes its place.
+std::optional<Error> LinuxFileCoordination::download(const URL& url, const FileCoordinator::Progress& progress,
+                                                     const FilePresenter* asker)
+{
+    auto content = services_.documents.fetch(url, progress);
+    if (!content)
+        return content.error();
+    const Wishes wishes = {{realPath(url), true}};
+    auto error = inTurn(wishes, [&] { return services_.documents.install(content.value(), url); });
+    if (!error)
+        (void)tell({Notice::Kind::Changed, wishes.front().path, {}}, asker);
+    return error;
+}
+
+std::optional<Error> LinuxFileCoordination::write(std::span<const WriteIntent> intents, const FilePresenter* asker,
                                                   const Access& access)
 {
-    std::vector<AccessWish> wishes;
+    Wishes wishes;
     for (const auto& intent : intents)
-        wishes.push_back(wishFor(intent.url, true));
-    return inTurn(std::move(wishes), access);
+        wishes.push_back({realPath(intent.url), true});
+    if (auto error = tellAll(Notice::Kind::Writing, intents, wishes, asker))
+        return error;
+    bool isWritten = false;
+    auto error = inTurn(wishes, [&] {
+        auto refusal = tellAll(Notice::Kind::Deleting, intents, wishes, asker);
+        isWritten = !refusal;
+        if (isWritten)
+            access();
+        return refusal;
+    });
+    if (isWritten)
+        (void)tellAll(Notice::Kind::Changed, intents, wishes, asker);
+    return error;
 }
 
-std::optional<Error> LinuxFileCoordination::inTurn(std::vector<AccessWish> wishes, const Access& access)
+std::optional<Error> LinuxFileCoordination::inTurn(const Wishes& wishes, const Step& step)
 {
-    const auto name = URL::file(wishes.front().path).lastPathComponent();
-    const auto turn = table_.enter(std::move(wishes), services_.clock.uptime() + limit_);
+    const auto deadline = services_.clock.uptime() + limit_;
+    const bool mayOvertake = table_.isHeldByThisThread();
+    const auto turn = table_.enter(wishes, deadline);
     if (!turn)
-        return Error{Domain::General, ErrorCode::kLocked, "“" + std::string(name) + "” is in use.", "In use"};
-    access();
+        return ownObstacle(wishes);
+    auto access = locks_.begin();
+    if (const auto obstacle = access.acquire(wishes, deadline, mayOvertake))
+        return errorOf(*obstacle);
+    return step();
+}
+
+std::string LinuxFileCoordination::realPath(const URL& url) const
+{
+    const auto folder = services_.files.resolvingSymbolicLinks(url.deletingLastPathComponent());
+    return folder.appending(url.lastPathComponent()).path();
+}
+
+std::optional<Error> LinuxFileCoordination::tell(const Notice& notice, const FilePresenter* asker) const
+{
+    if (!locks_.isAnybodyListening())
+        return std::nullopt;
+    const auto deadline = Answers::Time::clock::now() + kLongestAnswer;
+    const auto answers = std::make_shared<Answers>();
+    presenters_.tell(notice, asker, answers);
+    auto refusal = post_.send(notice, deadline);
+    return refusal ? refusal : answers->wait(deadline);
+}
+
+// Of a notice's kind those that concern an intent: who deletes does not write.
+std::optional<Error> LinuxFileCoordination::tellAll(Notice::Kind kind, std::span<const WriteIntent> intents,
+                                                    const Wishes& wishes, const FilePresenter* asker) const
+{
+    for (std::size_t i = 0; i < intents.size(); ++i) {
+        const bool deletes = intents[i].options == WritingOptions::ForDeleting;
+        if (kind != Notice::Kind::Changed && deletes != (kind == Notice::Kind::Deleting))
+            continue;
+        if (auto refusal = tell({kind, wishes[i].path, {}}, asker))
+            return refusal;
+    }
     return std::nullopt;
 }
 
-AccessWish LinuxFileCoordination::wishFor(const URL& url, bool writes) const
+Error LinuxFileCoordination::ownObstacle(const Wishes& wishes) const
 {
-    const auto folder = services_.files.resolvingSymbolicLinks(url.deletingLastPathComponent());
-    return {folder.appending(url.lastPathComponent()).path(), writes};
+    const auto& text = services_.text;
+    return {Domain::General, ErrorCode::kLocked,
+            filledText(text.localized("“%1$@” is in use by this program."), {nameOf(wishes.front().path)}),
+            text.localized("In use")};
 }
 
-void LinuxFileCoordination::itemWillMove(const URL&, const URL&)
+Error LinuxFileCoordination::errorOf(const ProcessLocks::Obstacle& obstacle) const
 {
+    const auto& text = services_.text;
+    const auto description =
+        obstacle.holder
+            ? filledText(text.localized("“%1$@” is in use by %2$@ (process %3$@)."),
+                         {nameOf(obstacle.path), obstacle.holder->name, std::to_string(obstacle.holder->process)})
+            : filledText(text.localized("“%1$@” is in use by another program."), {nameOf(obstacle.path)});
+    return {Domain::General, ErrorCode::kLocked, description, text.localized("In use")};
 }
 
-void LinuxFileCoordination::itemDidMove(const URL&, const URL&, const FilePresenter*)
+void LinuxFileCoordination::itemWillMove(const URL& from, const URL& to)
 {
+    (void)tell({Notice::Kind::WillMove, realPath(from), realPath(to)}, nullptr);
 }
 
-void LinuxFileCoordination::addPresenter(const std::shared_ptr<FilePresenter>&)
+void LinuxFileCoordination::itemDidMove(const URL& from, const URL& to, const FilePresenter* asker)
 {
+    (void)tell({Notice::Kind::Moved, realPath(from), realPath(to)}, asker);
 }
 
-void LinuxFileCoordination::removePresenter(const FilePresenter&)
+void LinuxFileCoordination::addPresenter(const std::shared_ptr<FilePresenter>& presenter)
 {
+    std::call_once(opened_, [this] {
+        listening_ = locks_.listen();
+        post_.open();
+    });
+    if (const auto url = presenter->presentedItemURL())
+        presenters_.add(presenter, realPath(*url));
+}
+
+void LinuxFileCoordination::removePresenter(const FilePresenter& presenter)
+{
+    presenters_.remove(presenter);
 }
 
 } // namespace tessel

@@ -1,0 +1,22 @@
+#include "platform/files/FileCoordinationService.h"
+#include "platform/linux/cloud/DocumentStore.h"
+#include "platform/linux/cloud/LocalCloudService.h"
+#include "platform/text/FilledText.h"
+#include "platform/text/TextServices.h"
+
+namespace tessel {
+
+std::optional<Error> LocalCloudService::evictDocument(const URL& url)
+{
+    if (options_.drive || !isInDrive(url)) {
+        const auto text = filledText(options_.text.localized("“%1$@” cannot be kept in the cloud only."),
+                                     {std::string(url.lastPathComponent())});
+        return Error{Domain::General, ErrorCode::kUnsupported, text, text};
+    }
+    std::optional<Error> failure;
+    const WriteIntent intents[] = {{url, WritingOptions::None}};
+    auto error = options_.coordination.write(intents, nullptr, [&] { failure = options_.documents.evict(url); });
+    return error ? error : failure;
+}
+
+} // namespace tessel
