@@ -97,7 +97,8 @@ Browses the documents of a Tessel Drive: a folder on this device. Opens a window
   --help             print this text
   --version          print the version
 
-Exit status: 0 when all went well, 2 when an option or a folder that it names cannot be used.
+Exit status: 0 when all went well, 1 when the parts of the window are not installed, 2 when an
+option or a folder that it names cannot be used.
 )";
 }
 

@@ -22,6 +22,7 @@ namespace {
 
 using namespace tessel;
 
+constexpr int kNoWindow = 1;
 constexpr int kUsageError = 2;
 
 int fail(const Error& error)
@@ -79,12 +80,12 @@ void runInConsole(Application& application, const CommandLine& options)
     ConsoleShell(application, input, std::cout, consoleOptions(options, input)).run();
 }
 
-void runInWindow(Application& application)
+bool runInWindow(Application& application)
 {
     const EndSignals endSignals;
     WindowShell shell(endSignals.descriptor());
     application.launch({});
-    shell.run(application);
+    return shell.run(application);
 }
 
 /// Whether to open a window; where one is wanted and cannot be opened, says why.
@@ -98,16 +99,16 @@ bool opensWindow(const CommandLine& options)
     return !problem;
 }
 
-void runApplication(LinuxPlatform& platform, const CommandLine& options)
+int runApplication(LinuxPlatform& platform, const CommandLine& options)
 {
     AppDelegate drive;
     Gallery gallery;
     Application application(options.gallery ? static_cast<ApplicationDelegate&>(gallery) : drive,
                             platform.stateStore());
     if (opensWindow(options))
-        runInWindow(application);
-    else
-        runInConsole(application, options);
+        return runInWindow(application) ? 0 : kNoWindow;
+    runInConsole(application, options);
+    return 0;
 }
 
 } // namespace
@@ -137,6 +138,5 @@ int main(int argc, char* argv[])
 
     logBanner(argv[0]);
     FileUtils::logFileAttributes(executablePath(argv[0]));
-    runApplication(**platform, *options);
-    return 0;
+    return runApplication(**platform, *options);
 }

@@ -82,20 +82,24 @@ std::shared_ptr<AlertController> Layer::alert() const
     return std::dynamic_pointer_cast<AlertController>(controller());
 }
 
-void Layer::sync(BarItems& items, const QRectF& anchor)
+void Layer::sync(BarItems& items)
 {
     if (const auto title = QString::fromStdString(controller()->title()); title != title_) {
         title_ = title;
         emit titleChanged();
     }
-    if (anchor != anchor_) {
-        anchor_ = anchor;
-        emit anchorChanged();
-    }
     if (const auto alert = this->alert())
         syncAlert(alert);
     if (pages_)
         pages_->sync(navigation().get(), items);
+}
+
+void Layer::setAnchor(const QRectF& anchor)
+{
+    if (anchor == anchor_)
+        return;
+    anchor_ = anchor;
+    emit anchorChanged();
 }
 
 void Layer::syncAlert(const std::shared_ptr<AlertController>& alert)
@@ -131,7 +135,7 @@ void Layer::setDark(bool dark)
         pages_->setDark(dark);
 }
 
-void Layer::layOut(const Size& window, bool isTablet) const
+void Layer::layOut(const Size& window) const
 {
     if (const auto alert = this->alert()) {
         if (const auto& content = alert->contentViewController())
@@ -142,7 +146,7 @@ void Layer::layOut(const Size& window, bool isTablet) const
         controller()->layoutView({0, 0, window.width, window.height});
         return;
     }
-    const auto width = isTablet ? std::min(kPopoverWidth, window.width - 2 * kPopoverMargin) : window.width;
+    const auto width = std::min(kPopoverWidth, window.width - 2 * kPopoverMargin);
     const auto most = window.height * kTallestPopover;
     controller()->layoutView({0, 0, width, heightOf(controller()->view(), width, most, kPopoverHeight)});
 }

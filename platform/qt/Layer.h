@@ -52,11 +52,12 @@ public:
     [[nodiscard]] std::shared_ptr<NavigationController> navigation() const; ///< the stack that is presented, or null
 
     /// Reads everything again.
+    void sync(BarItems&);
     /// @param anchor what a sheet or popover points at, in the window's coordinates; empty for nothing
-    void sync(BarItems&, const QRectF& anchor);
+    void setAnchor(const QRectF& anchor);
     void setDark(bool);
     /// Lays out what the program shows in this layer.
-    void layOut(const Size& window, bool isTablet) const;
+    void layOut(const Size& window) const;
 
     /// A touch beside it, or Escape: cancels an alert, ends a popover; nothing else can be ended so.
     Q_INVOKABLE bool cancel();

@@ -15,8 +15,9 @@ WindowShell::WindowShell(int /*endDescriptor*/)
 
 WindowShell::~WindowShell() = default;
 
-void WindowShell::run(Application& /*application*/)
+bool WindowShell::run(Application& /*application*/)
 {
+    return false;
 }
 
 } // namespace tessel

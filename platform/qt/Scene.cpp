@@ -55,6 +55,7 @@ void Scene::follow(QQuickWindow& window)
     QObject::connect(&window, &QWindow::heightChanged, &shell_, tellSize);
     QObject::connect(&window, &QWindow::screenChanged, &shell_,
                      [&window] { platform::installed().device.screenScale = window.devicePixelRatio(); });
+    QObject::connect(&window, &QQuickWindow::afterAnimating, &shell_, &Shell::syncAnchors);
     shell_.setScene(window.contentItem());
     tellSize();
 }

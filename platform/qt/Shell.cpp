@@ -175,7 +175,14 @@ void Shell::syncLayers()
 {
     layers_->follow(rootController());
     for (auto* const layer : layers_->layers())
-        layer->sync(*items_, rectOf(layer->controller()->popoverAnchor));
+        layer->sync(*items_);
+    syncAnchors();
+}
+
+void Shell::syncAnchors()
+{
+    for (auto* const layer : layers_->layers())
+        layer->setAnchor(rectOf(layer->controller()->popoverAnchor));
 }
 
 // What is told while laying out is read right after it, so it needs no turn of its own: a controller that changes
@@ -200,7 +207,7 @@ PresenceList::Controllers Shell::layOutOnce()
     const auto presented = LayerList::presentedBy(rootController());
     layers_->follow(rootController());
     for (const auto* const layer : layers_->layers()) {
-        layer->layOut(window, isTablet());
+        layer->layOut(window);
         if (const auto navigation = layer->navigation())
             layOutTop(*navigation, window);
     }

@@ -55,6 +55,8 @@ public:
 
     /// The item that holds the whole scene, in which the anchors of popovers are looked for; null: there are none.
     void setScene(QQuickItem* scene) { scene_ = scene; }
+    /// Looks again where things lie that popovers point at: with each frame, for QML places its items just before it.
+    void syncAnchors();
     /// Whether the window has the user's attention.
     void setActive(bool);
     /// Looks at everything now.

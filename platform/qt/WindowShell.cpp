@@ -108,18 +108,20 @@ WindowShell::WindowShell(int endDescriptor)
 
 WindowShell::~WindowShell() = default;
 
-void WindowShell::run(Application& application)
+bool WindowShell::run(Application& application)
 {
     qt::Shell shell(parts_->appearance);
     shell.sync();
     const qt::Scene scene(shell);
-    if (auto* const window = scene.window()) {
+    auto* const window = scene.window();
+    if (window) {
         const qt::ApplicationLife life(application, shell, *window);
         QGuiApplication::exec();
         const auto bounds = platform::installed().device.screenBounds();
         qt::rememberWindowSize({bounds.width, bounds.height});
     }
     application.resignActive();
+    return window != nullptr;
 }
 
 } // namespace tessel

@@ -25,7 +25,8 @@ public:
     WindowShell& operator=(const WindowShell&) = delete;
 
     /// Shows a launched application until its window is closed; it then resigns active.
-    void run(Application&);
+    /// @returns no when the parts of the window cannot be loaded, which Qt has told on standard error.
+    bool run(Application&);
 
 private:
     struct Parts;
