@@ -19,7 +19,10 @@ inline constexpr int kNoSuchFile = 4;
 inline constexpr int kLocked = 255; ///< somebody else has had the item for too long
 inline constexpr int kReadNoPermission = 257;
 inline constexpr int kReadCorrupt = 259;
+inline constexpr int kFileDoesNotExist = 260;
+inline constexpr int kInvalidFileName = 514;
 inline constexpr int kFileExists = 516;
+inline constexpr int kFormatting = 2048; ///< a value that is not in the form that it must have
 inline constexpr int kUserCancelled = 3072;
 inline constexpr int kUnsupported = 3328;
 } // namespace ErrorCode

@@ -17,6 +17,13 @@ enum class DateStyle { None, Short, Medium, Long };
 /// Decimal: 1 KB is 1000 bytes, as files are counted. Binary: 1 KB is 1024 bytes, as storage is.
 enum class ByteCountStyle { File, Binary };
 
+/// Characters that are asked for together, as Unicode has them.
+enum class CharacterClass {
+    Illegal, ///< unassigned, no character at all, or no UTF-8
+    Control, ///< of the categories Cc and Cf, among them what joins and directs others
+    Newline, ///< U+000A to U+000D, U+0085, U+2028, U+2029
+};
+
 /// The user's language: texts, numbers, sizes, dates and the order of names. All texts are UTF-8. Safe to use from any
 /// thread; nothing changes after it was made.
 class TextServices {
@@ -40,6 +47,12 @@ public:
     /// A file name as it may be shown: valid UTF-8 on one line. Bytes that are no UTF-8 become U+FFFD; control
     /// characters their pictures (U+2400 and on); bidirectional controls, with which a name can lie, U+FFFD.
     [[nodiscard]] virtual std::string displayName(std::string_view fileName) const = 0;
+
+    /// Whether a text has a character of the class.
+    [[nodiscard]] virtual bool containsCharacter(std::string_view text, CharacterClass) const = 0;
+
+    /// The text without the blanks (category Zs), tabs and newlines at both its ends.
+    [[nodiscard]] virtual std::string trimmed(std::string_view text) const = 0;
 
     /// Natural order of the language: numbers by value, case and accents last, bytes at the very end, so that only
     /// identical names are equal.

@@ -18,6 +18,9 @@ Error codeOf(int errorNumber)
     case EACCES:
     case EPERM:
         return {Domain::General, ErrorCode::kReadNoPermission, {}, {}};
+    case ENAMETOOLONG:
+    case EILSEQ:
+        return {Domain::General, ErrorCode::kInvalidFileName, {}, {}};
     case EEXIST:
         return {Domain::General, ErrorCode::kFileExists, {}, {}};
     default:

@@ -1,5 +1,6 @@
 #include "platform/linux/text/IcuTextServices.h"
 
+#include "platform/linux/text/CharacterClasses.h"
 #include "platform/linux/text/ShownText.h"
 
 namespace tessel {
@@ -36,6 +37,16 @@ std::string IcuTextServices::dateAndTime(Date date, DateStyle style) const
 std::string IcuTextServices::displayName(std::string_view fileName) const
 {
     return displayText(fileName);
+}
+
+bool IcuTextServices::containsCharacter(std::string_view text, CharacterClass characters) const
+{
+    return textContainsCharacter(text, characters);
+}
+
+std::string IcuTextServices::trimmed(std::string_view text) const
+{
+    return std::string(trimmedText(text));
 }
 
 std::strong_ordering IcuTextServices::compareNames(std::string_view left, std::string_view right) const

@@ -20,6 +20,8 @@ public:
     [[nodiscard]] std::string byteCount(std::uint64_t bytes, ByteCountStyle) const override;
     [[nodiscard]] std::string dateAndTime(Date, DateStyle) const override;
     [[nodiscard]] std::string displayName(std::string_view fileName) const override;
+    [[nodiscard]] bool containsCharacter(std::string_view text, CharacterClass) const override;
+    [[nodiscard]] std::string trimmed(std::string_view text) const override;
     [[nodiscard]] std::strong_ordering compareNames(std::string_view left, std::string_view right) const override;
     [[nodiscard]] std::vector<std::uint32_t> orderOfNames(std::span<const std::string_view> names) const override;
     [[nodiscard]] std::vector<std::uint32_t> firstOfNames(std::span<const std::string_view> names,
