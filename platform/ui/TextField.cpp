@@ -1,5 +1,6 @@
 #include "platform/ui/TextField.h"
 
+#include "platform/base/NotificationCenter.h"
 #include "platform/base/Platform.h"
 #include "platform/ui/Device.h"
 
@@ -112,7 +113,8 @@ bool TextField::becomeFirstResponder()
     editing_ = true;
     device.firstResponder_ = self;
     tellChanged(ViewChange::Properties);
-    if (const auto witness = delegate.lock())
+    platform::installed().notifications.post(kKeyboardWillShowNotification);
+    if (const auto witness = delegate.lock(); witness && editing_)
         witness->textFieldDidBeginEditing(*this);
     return editing_;
 }

@@ -12,6 +12,9 @@ namespace tessel {
 
 class TextField;
 
+/// Posted on the main thread when a field gets the keyboard.
+inline constexpr const char* kKeyboardWillShowNotification = "KeyboardWillShow";
+
 class TextFieldDelegate {
 public:
     virtual ~TextFieldDelegate() = default;
