@@ -25,6 +25,22 @@ double secondsAgo(const std::optional<Date>& date)
 
 } // namespace
 
+bool FileUtils::exists(const URL& url)
+{
+    return platform::installed().files.kindOfItem(url.path()).has_value();
+}
+
+bool FileUtils::isFile(const URL& url)
+{
+    const auto kind = platform::installed().files.kindOfItem(url.path());
+    return kind && kind != FileKind::Directory;
+}
+
+bool FileUtils::isDir(const URL& url)
+{
+    return platform::installed().files.kindOfItem(url.path()) == FileKind::Directory;
+}
+
 Value FileUtils::getResourceValue(ResourceKey key, const std::optional<URL>& forURL)
 {
     if (!forURL)

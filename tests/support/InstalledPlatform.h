@@ -27,7 +27,8 @@ public:
     struct Library {
         std::string identifier; ///< "orvane.Lookbook"
         std::string localizedName;
-        std::vector<std::string> owners = {}; ///< identifiers of its applications
+        std::vector<std::string> owners = {};        ///< identifiers of its applications
+        std::vector<std::string> documentTypes = {}; ///< type identifiers
     };
 
     /// Binds `drive`, which is empty.
