@@ -2,11 +2,13 @@
 
 #include "app/common/Log.h"
 #include "files/FileUtils.h"
+#include "files/UIUtils.h"
 #include "platform/base/KeyedArchive.h"
 #include "platform/cloud/CloudService.h"
 #include "platform/cloud/UserDefaults.h"
 #include "platform/documents/UnavailableViewController.h"
 #include "platform/run/MainQueue.h"
+#include "platform/text/TextServices.h"
 #include "platform/ui/Application.h"
 #include "preview/PreviewItemManager.h"
 
@@ -16,11 +18,9 @@ namespace {
 
 constexpr const char* kIdentityTokenKey = "orvane.TesselDriveApp.UbiquityIdentityToken";
 
-enum ListAction : unsigned { Delete = 0, Info = 2, Rename = 3, Share = 4, Move = 5, Pop = 6 };
-
 constexpr std::uint32_t bit(ListAction action)
 {
-    return 1U << action;
+    return 1U << static_cast<unsigned>(action);
 }
 
 /// The item's path, shortened for the log: the folder above the presented one is "...".
@@ -95,8 +95,17 @@ void NavController::showUnavailable()
     if (const auto unavailable = UnavailableViewController::create())
         setViewControllers({unavailable}, Animated::No);
     else
-        TSD_ERROR("Creating the unavailable view controller failed");
+        tellUnavailable();
     setToolbarHidden(true);
+}
+
+void NavController::tellUnavailable()
+{
+    TSD_FUNCTION("-[NavController setupInitialViewController]");
+    TSD_ERROR("Creating the unavailable view controller failed");
+    DispatchQueue::main().async([self = shared_from_this()] {
+        UIUtils::showAlert("", platform::installed().text.localized("Tessel is not enabled"), self);
+    });
 }
 
 bool NavController::checkTesselState() const
@@ -122,7 +131,8 @@ void NavController::initNewListController(DocumentListController& list)
     if (platform::installed().log.isEnabled(LogType::Debug))
         for (const auto& item : list.containedItemURLs())
             TSD_DEBUG("    %@", shortenedPath(item, list.presentedURL()));
-    list.offeredActions = bit(Delete) | bit(Rename) | bit(Share) | bit(Info) | bit(Move) | bit(Pop);
+    list.offeredActions = bit(ListAction::Delete) | bit(ListAction::Rename) | bit(ListAction::Share) |
+                          bit(ListAction::Info) | bit(ListAction::Move) | bit(ListAction::Pop);
     if (list.title().empty())
         TSD_WARNING("Warning: newList title not set");
     list.view().setBackgroundColor(Color::white());

@@ -5,11 +5,15 @@
 #include "platform/documents/DocumentListController.h"
 #include "platform/ui/NavigationController.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace tessel {
+
+class FilenamePrompt;
 
 /// The root of the window and the spine of the browser: a stack of folder lists from the drive's top folder down to
 /// the one on screen, or the unavailable view while no account is signed in. It configures every list before it is
@@ -23,6 +27,9 @@ public:
     bool editMode = false;      ///< items are being selected in the top list
     std::string viewTitle;      ///< the top list's title outside edit mode
     bool pickerIsAlive = false; ///< some list has reported its items since the stack was last built
+
+    std::shared_ptr<FilenamePrompt> folderPromptAlert;  ///< the last prompt for a name; kept until the next one
+    std::function<void()> performActionCompletionBlock; ///< of the last action that waits for the user
 
     /// Rebuilds the stack from nothing: the top folder's list, or the unavailable view.
     void setupInitialViewController();
@@ -39,6 +46,16 @@ public:
     /// Goes to the top list and, 0.7 seconds later, searches there.
     void startSearch(const std::string& query);
 
+    /// Deletes items after the user has agreed, each for itself, and tells what could not be deleted. The Desktop and
+    /// Documents folders, and app libraries, are refused.
+    /// @param usingView where the question points; may be null
+    /// @param finishedCompletion called once nothing more happens to the items, before failures are told; may be empty
+    void showWarningAndDeleteURLs(const std::vector<URL>&, const std::shared_ptr<View>& usingView,
+                                  const std::function<void()>& finishedCompletion);
+    /// Asks for the item's new name, until it can have the one that is given or the user gives up. The Desktop and
+    /// Documents folders, app libraries, and what somebody else shares are refused.
+    void showRenamePrompt(const URL&);
+
     /// Logs where the drive's container lies.
     void logContainerURL() const;
 
@@ -49,6 +66,10 @@ public:
     void documentListControllerDidSelectItemAtURL(DocumentListController&, const URL&) override;
     void documentListControllerItemsChanged(DocumentListController&) override;
     void documentListControllerURLWasRemoved(DocumentListController&) override;
+    void documentListControllerPerformAction(DocumentListController&, int action, const URL&,
+                                             const std::shared_ptr<View>& originatingView,
+                                             const std::function<void()>& completion) override;
+    [[nodiscard]] bool documentListControllerCanPerformAction(const DocumentListController&, ListAction) const override;
 
 protected:
     void viewDidLoad() override;
@@ -56,6 +77,7 @@ protected:
 private:
     void showDrive();
     void showUnavailable();
+    void tellUnavailable();
     void initNewListController(DocumentListController&);
 
     void didBecomeActiveNotification();
@@ -64,6 +86,7 @@ private:
     void saveTesselToken(const std::optional<Data>&);
 
     void openFolderLink(const URL&);
+    void deleteWasAnswered(const std::vector<URL>&, bool cancelled, const std::function<void()>& finished);
 
     NotificationCenter::Observation becomeActive_;
     NotificationCenter::Observation identityChanged_;

@@ -2,9 +2,11 @@
 #include "browser/NavController.h"
 #include "files/DRItem.h"
 #include "files/LaunchUtils.h"
+#include "files/UIUtils.h"
 #include "platform/cloud/CloudService.h"
 #include "platform/documents/SearchController.h"
 #include "platform/run/MainQueue.h"
+#include "platform/text/GeneralError.h"
 #include "preview/PreviewItemManager.h"
 
 namespace tessel {
@@ -70,6 +72,7 @@ void NavController::documentListControllerDidSelectItemAtURL(DocumentListControl
     TSD_DEBUG("DRItem: %@ (%{public}@ bytes %{public}@)", item, item ? item->fileSize() : std::nullopt,
               url.pathExtension());
     if (!item) {
+        UIUtils::showError(generalError(ErrorCode::kFileDoesNotExist), visibleViewController());
         DispatchQueue::main().async([self = std::static_pointer_cast<NavController>(shared_from_this())] {
             self->setupInitialViewController();
         });

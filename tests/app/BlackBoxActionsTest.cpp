@@ -1,0 +1,99 @@
+#include "tests/support/Program.h"
+#include "tests/support/TemporaryDrive.h"
+
+#include <gmock/gmock.h>
+
+#include <chrono>
+#include <filesystem>
+
+namespace tessel {
+namespace {
+
+using testing::AllOf;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+/// The built program, asked for actions as a person asks.
+class BlackBoxActionsTest : public testing::Test {
+protected:
+    [[nodiscard]] static std::vector<std::string> arguments(const TemporaryDrive& folder)
+    {
+        folder.file("drive/Report.doc", "report");
+        folder.file("drive/Taken.doc", "taken");
+        folder.folder("home");
+        return {
+            "--console", "--log", "off", "--home", folder.url("home").path(), "--drive", folder.url("drive").path()};
+    }
+    void does(const std::string& command) { EXPECT_EQ(program.send(command).answer, "ok") << command; }
+    [[nodiscard]] std::vector<std::string> screen() { return program.send("screen").lines; }
+    /// The list hears of changes a little later.
+    [[nodiscard]] bool comesToShow(const std::vector<std::string>& expected)
+    {
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+        while (screen() != expected && std::chrono::steady_clock::now() < deadline)
+            does("wait 0.01");
+        return screen() == expected;
+    }
+    [[nodiscard]] bool exists(std::string_view name) const { return std::filesystem::exists(folder.url(name).path()); }
+
+    TemporaryDrive folder;
+    Program program{arguments(folder)};
+};
+
+TEST_F(BlackBoxActionsTest, RenamesARow)
+{
+    does("action Report.doc Rename");
+    EXPECT_THAT(screen(), ElementsAre("field: Report.doc", "alert: Rename Item | Enter a new name for this item.",
+                                      "button: Cancel", "button: Done"));
+    does("type /");
+    EXPECT_THAT(screen(), AllOf(Contains("field: Report/.doc"), Contains("message: Character not allowed in filename"),
+                                Contains("button: Done (disabled)")));
+    EXPECT_EQ(program.send("tap Done").answer, "error: \"Done\" is disabled");
+    EXPECT_EQ(program.send("return").answer, "error: the return key is disabled");
+
+    does("clear");
+    EXPECT_THAT(screen(), AllOf(Not(Contains(StartsWith("message: "))), Contains("button: Done (disabled)")));
+    does("type .hidden");
+    EXPECT_THAT(screen(), Contains("message: Choose a different name."));
+    does("clear");
+    does("type Taken");
+    does("tap Done");
+    EXPECT_THAT(screen(), AllOf(Contains("field: Taken"), Contains("message: Name is already taken")));
+
+    does("clear");
+    does("type \" Budget \"");
+    does("return");
+    EXPECT_TRUE(
+        comesToShow({"title: Tessel Drive", "row: file | Budget.doc | 6 bytes", "row: file | Taken.doc | 5 bytes"}));
+    EXPECT_EQ(folder.read("drive/Budget.doc") + folder.read("drive/Taken.doc"), "reporttaken");
+}
+
+TEST_F(BlackBoxActionsTest, LeavesTheNameWhenCancelled)
+{
+    does("action Report.doc Rename");
+    does("type 2");
+    does("tap Cancel");
+    EXPECT_THAT(screen(), Not(Contains(StartsWith("alert: "))));
+    EXPECT_TRUE(exists("drive/Report.doc"));
+}
+
+TEST_F(BlackBoxActionsTest, DeletesARow)
+{
+    does("action Report.doc Delete");
+    EXPECT_THAT(screen(), AllOf(Contains(HasSubstr("\"Report.doc\" will be permanently deleted from Tessel Drive")),
+                                Contains("button: Delete from Tessel Drive"), Contains("button: Cancel")));
+    does("tap Cancel");
+    EXPECT_TRUE(exists("drive/Report.doc"));
+
+    does("action Report.doc Delete");
+    does("tap \"Delete from Tessel Drive\"");
+    EXPECT_TRUE(comesToShow({"title: Tessel Drive", "row: file | Taken.doc | 5 bytes"}));
+    EXPECT_FALSE(exists("drive/Report.doc"));
+    EXPECT_EQ(program.send("action Taken.doc Move").answer, "error: \"Move\" is disabled");
+}
+
+} // namespace
+} // namespace tessel

@@ -1,0 +1,183 @@
+#include "app/entry/AppDelegate.h"
+#include "browser/NavController.h"
+#include "files/FilenamePrompt.h"
+#include "platform/base/Platform.h"
+#include "platform/ui/AlertController.h"
+#include "tests/support/InstalledPlatform.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+
+namespace tessel {
+namespace {
+
+using testing::AllOf;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsSupersetOf;
+
+constexpr const char* kDelete =
+    "-[NavController showWarningAndDeleteURLs:usingView:withDocumentListController:finishedCompletion:]";
+constexpr const char* kPerform =
+    "-[NavController documentListController:performAction:URL:originatingView:completion:]";
+
+/// What the user asks of a row, on a drive of the test's own.
+class NavControllerActionsTest : public testing::Test {
+protected:
+    NavControllerActionsTest()
+    {
+        application.launch({});
+        platform.settle();
+        platform.log->clear();
+    }
+    [[nodiscard]] std::shared_ptr<NavController> navigation() const
+    {
+        return std::dynamic_pointer_cast<NavController>(delegate.rootWindow->rootViewController());
+    }
+    void perform(ListAction action, const URL& url)
+    {
+        navigation()->getTopDocumentListController()->performAction(action, url, nullptr, [this] { ++completions; });
+    }
+    [[nodiscard]] std::shared_ptr<AlertController> alert() const
+    {
+        return std::dynamic_pointer_cast<AlertController>(navigation()->visibleViewController());
+    }
+    void choose(std::size_t action)
+    {
+        ASSERT_NE(alert(), nullptr);
+        EXPECT_TRUE(alert()->choose(alert()->actions()[action]));
+    }
+    [[nodiscard]] bool exists(std::string_view name) const { return std::filesystem::exists(drive.url(name).path()); }
+    static std::string line(const char* level, const std::string& function, const std::string& message)
+    {
+        return "(TSD)[" + std::string(level) + "] " + function + " (*) " + message;
+    }
+
+    InstalledPlatform platform{{"orvane.Lookbook", "Lookbook"}};
+    const TemporaryDrive& drive = platform.drive;
+    AppDelegate delegate;
+    Application application{delegate, platform.stateStore()};
+    int completions = 0;
+};
+
+TEST_F(NavControllerActionsTest, OffersWhatItCanDo)
+{
+    EXPECT_THAT(navigation()->getTopDocumentListController()->actions(),
+                ElementsAre(ListAction::Rename, ListAction::Delete));
+    perform(ListAction::More, drive.url());
+    EXPECT_EQ(completions, 0);
+    navigation()->documentListControllerPerformAction(*navigation()->getTopDocumentListController(), 9, drive.url(),
+                                                      nullptr, [this] { ++completions; });
+    EXPECT_EQ(completions, 1);
+    EXPECT_THAT(platform.log->lines(),
+                ElementsAre(line("INFO", kPerform, "================= DLC Action More"),
+                            line("ERROR", kPerform, "performAction:1 -- More is deprecated, unexpected value"),
+                            line("ERROR", kPerform, "performAction:9 -- unexpected value")));
+}
+
+TEST_F(NavControllerActionsTest, DeletesAfterTheUserAgreed)
+{
+    const auto plan = drive.file("orvane~Quillbox/Plan.txt");
+    perform(ListAction::Delete, plan);
+    EXPECT_THAT(alert()->message(), HasSubstr("\"Plan.txt\" will be permanently deleted"));
+    choose(1);
+    EXPECT_TRUE(exists("orvane~Quillbox/Plan.txt"));
+    EXPECT_EQ(completions, 1);
+    EXPECT_EQ(alert(), nullptr);
+    EXPECT_EQ(platform.services().log.activityLabel(), "Delete was Cancelled (nav)");
+
+    perform(ListAction::Delete, plan);
+    choose(0);
+    EXPECT_FALSE(exists("orvane~Quillbox/Plan.txt"));
+    EXPECT_EQ(completions, 2);
+    EXPECT_EQ(alert(), nullptr);
+    const auto block = std::string(kDelete) + "_block_invoke";
+    EXPECT_THAT(platform.log->lines(),
+                IsSupersetOf({line("INFO", kPerform, "================= DLC Action Delete"),
+                              line("INFO", block, "================= Delete was Cancelled (nav)"),
+                              line("INFO", block, "================= Delete was Confirmed (nav)"),
+                              line("INFO", block, "Deleting item " + plan.absoluteString())}));
+}
+
+TEST_F(NavControllerActionsTest, TriesEachItemAndTellsWhatStayed)
+{
+    const auto one = drive.file("orvane~Quillbox/1"), two = drive.file("orvane~Quillbox/2"),
+               three = drive.file("orvane~Quillbox/3");
+    const auto vanish = [&](const std::vector<URL>& urls, const std::vector<URL>& gone) {
+        navigation()->showWarningAndDeleteURLs(urls, nullptr, [this] { completions += alert() == nullptr; });
+        for (const auto& url : gone)
+            std::filesystem::remove(url.path());
+        choose(0);
+    };
+    vanish({one, two, three}, {one, two});
+    EXPECT_EQ(completions, 1) << "before the failures are told";
+    EXPECT_FALSE(exists("orvane~Quillbox/3"));
+    EXPECT_EQ(alert()->title(), "2 items couldn’t be deleted.");
+    choose(0);
+
+    drive.file("orvane~Quillbox/1");
+    drive.file("orvane~Quillbox/2");
+    vanish({one, two}, {two});
+    EXPECT_EQ(alert()->title(), "The operation was cancelled.");
+    EXPECT_THAT(platform.log->lines(), Contains(HasSubstr("Failed to delete URL " + two.absoluteString() + ": The ")));
+}
+
+TEST_F(NavControllerActionsTest, RefusesWhatStaysInTheDrive)
+{
+    const auto documents = drive.folder("orvane~Quillbox/Documents"), plan = drive.file("orvane~Quillbox/Plan.txt");
+    const auto library = drive.url("orvane~Lookbook/Documents");
+    const auto refused = [&](const std::vector<URL>& urls) {
+        platform.log->clear();
+        navigation()->showWarningAndDeleteURLs(urls, nullptr, [this] { ++completions; });
+        const auto told = alert() ? alert()->title() : "nothing";
+        navigation()->dismiss(Animated::No);
+        return told;
+    };
+    EXPECT_EQ(refused({plan, documents}), "This can’t be done with the item.");
+    EXPECT_EQ(platform.log->lines()[0],
+              line("WARNING", kDelete,
+                   "Not deleting special folder: (" + plan.absoluteString() + ", " + documents.absoluteString() + ")"));
+    EXPECT_EQ(refused({plan, library}), "nothing");
+    EXPECT_THAT(platform.log->lines(),
+                ElementsAre(AllOf(HasSubstr("[ERROR]"), HasSubstr("Not Deleting: mix of containers and items: ("))));
+    EXPECT_EQ(refused({library}), "This can’t be done with the item.");
+    EXPECT_EQ(completions, 3);
+
+    perform(ListAction::Rename, documents);
+    EXPECT_EQ(alert()->title(), "This can’t be done with the item.");
+    EXPECT_EQ(platform.log->lines().back(), line("WARNING", "-[NavController showRenamePrompt:]",
+                                                 "Not renaming special folder: " + documents.absoluteString()));
+    navigation()->dismiss(Animated::No);
+    perform(ListAction::Rename, library);
+    EXPECT_EQ(alert()->title(), "This can’t be done with the item.");
+    EXPECT_TRUE(exists("orvane~Quillbox/Plan.txt") && exists("orvane~Lookbook/Documents"));
+}
+
+TEST_F(NavControllerActionsTest, RenamesUntilTheNameIsFree)
+{
+    const auto plan = drive.file("orvane~Quillbox/Plan.txt", "plan");
+    drive.file("orvane~Quillbox/Taken.txt", "taken");
+    perform(ListAction::Rename, plan);
+    EXPECT_EQ(completions, 1) << "once the prompt is shown";
+    platform.settle();
+    const auto field = alert()->textFields().front();
+    EXPECT_EQ(field->text(), "Plan.txt");
+
+    field->setTextByUser("Taken");
+    field->pressReturn();
+    ASSERT_NE(alert(), nullptr);
+    EXPECT_EQ(navigation()->folderPromptAlert->errMsgViewController->messageLabel->text(), "Name is already taken");
+    field->setTextByUser(" Trip ");
+    field->pressReturn();
+    EXPECT_EQ(alert(), nullptr);
+    EXPECT_EQ(drive.read("orvane~Quillbox/Trip.txt") + drive.read("orvane~Quillbox/Taken.txt"), "plantaken");
+    EXPECT_EQ(platform.services().log.activityLabel(), "Rename entry confirmed (nav)");
+
+    perform(ListAction::Rename, plan);
+    EXPECT_EQ(alert(), nullptr) << "it is gone";
+}
+
+} // namespace
+} // namespace tessel
