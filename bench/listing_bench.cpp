@@ -1,6 +1,8 @@
 // A folder's list, from making it to its last row, beside a bare loop that reads the same names and attributes and
 // sorts them by collation keys on one thread. Every run is a process of its own, so that one's memory is not another's;
 // the kernel's caches are warm for both.
+#include "bench/BareListing.h"
+#include "bench/BigFolder.h"
 #include "platform/documents/DocumentListController.h"
 #include "platform/linux/LinuxPlatform.h"
 #include "platform/run/MainQueue.h"
@@ -17,14 +19,10 @@
 #include <thread>
 #include <vector>
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <malloc.h>
-#include <sys/stat.h>
-#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <time.h>
-#include <unicode/coll.h>
 #include <unistd.h>
 
 namespace tessel {
@@ -36,39 +34,6 @@ double secondsSince(Clock::time_point start)
 {
     return std::chrono::duration<double>(Clock::now() - start).count();
 }
-
-class BigFolder {
-public:
-    explicit BigFolder(std::int64_t files)
-        : files_(files), folder_(::open(drive.folder("Big").path().c_str(), O_RDONLY | O_DIRECTORY))
-    {
-        for (std::int64_t number = 0; number < files_; ++number)
-            ::mknodat(folder_, name(number).c_str(), S_IFREG | 0600, 0);
-    }
-    ~BigFolder() { ::close(folder_); }
-    BigFolder(const BigFolder&) = delete;
-    BigFolder& operator=(const BigFolder&) = delete;
-
-    [[nodiscard]] double nameBytes() const
-    {
-        double bytes = 0;
-        for (std::int64_t number = 0; number < files_; ++number)
-            bytes += static_cast<double>(name(number).size());
-        return bytes / static_cast<double>(files_);
-    }
-
-    TemporaryDrive drive;
-
-private:
-    // Numbers in no order, as those of pictures that came from several devices.
-    static std::string name(std::int64_t number)
-    {
-        return "IMG_" + std::to_string(number * 7919 % 10'000'019) + (number % 3 ? ".jpg" : " (edited).jpg");
-    }
-
-    const std::int64_t files_;
-    const int folder_;
-};
 
 struct Measured {
     double complete = 0; ///< seconds
@@ -122,46 +87,6 @@ double processorSeconds()
     timespec time{};
     ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
     return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
-}
-
-/// The least that makes a complete, sorted list: each name once from the kernel, each item's attributes, each key once.
-Measured listBarely(const URL& url)
-{
-    struct Item {
-        std::string name, key;
-        struct statx status;
-    };
-    UErrorCode error = U_ZERO_ERROR;
-    const std::unique_ptr<icu::Collator> collator(icu::Collator::createInstance("en_GB", error));
-    collator->setAttribute(UCOL_NUMERIC_COLLATION, UCOL_ON, error);
-
-    const auto start = Clock::now();
-    const int folder = ::open(url.path().c_str(), O_RDONLY | O_DIRECTORY);
-    std::vector<char> buffer(256 * 1024);
-    std::vector<Item> items;
-    for (long length; (length = ::syscall(SYS_getdents64, folder, buffer.data(), buffer.size())) > 0;)
-        for (long offset = 0; offset < length;) {
-            const auto* entry = reinterpret_cast<const dirent64*>(buffer.data() + offset);
-            offset += entry->d_reclen;
-            if (entry->d_name[0] == '.')
-                continue;
-            auto& item = items.emplace_back();
-            item.name = entry->d_name;
-            ::statx(folder, entry->d_name, AT_SYMLINK_NOFOLLOW, STATX_TYPE | STATX_SIZE | STATX_MTIME, &item.status);
-            std::uint8_t key[1024];
-            const auto size = collator->getSortKey(icu::UnicodeString::fromUTF8(item.name), key, sizeof key);
-            item.key.assign(reinterpret_cast<const char*>(key), static_cast<std::size_t>(size));
-        }
-    std::vector<const Item*> sorted;
-    for (const auto& item : items)
-        sorted.push_back(&item);
-    std::sort(sorted.begin(), sorted.end(), [](const Item* left, const Item* right) { return left->key < right->key; });
-    benchmark::DoNotOptimize(sorted.data());
-    Measured measured;
-    measured.complete = secondsSince(start);
-    measured.rows = static_cast<double>(sorted.size());
-    ::close(folder);
-    return measured;
 }
 
 /// A main loop that notes how long each task holds it up.
@@ -259,20 +184,19 @@ void ListFolder(benchmark::State& state)
     const auto url = folder.drive.url("Big");
     const auto home = folder.drive.folder("Home");
     const auto list = [&] { return listByController(home, url); };
-    const auto barely = [&] { return listBarely(url); };
     inChild(list); // makes the home, and warms the caches
     std::vector<double> complete, firstRows;
     Measured worst;
     for (auto _ : state) {
-        const auto bare = inChild(barely);
+        const auto bare = listBarelyInChild(url);
         const auto now = inChild(list);
         if (now.rows != static_cast<double>(state.range(0)) || bare.rows != now.rows) {
             state.SkipWithError("the list is not complete");
             return;
         }
         state.SetIterationTime(now.complete);
-        complete.push_back(now.complete / bare.complete);
-        firstRows.push_back((now.firstRows > 0 ? now.firstRows : now.complete) / bare.complete);
+        complete.push_back(now.complete / bare.seconds);
+        firstRows.push_back((now.firstRows > 0 ? now.firstRows : now.complete) / bare.seconds);
         worst.oneChange = std::max(worst.oneChange, now.oneChange);
         worst.oneChangeSeen = std::max(worst.oneChangeSeen, now.oneChangeSeen);
         worst.longestBlock = std::max(worst.longestBlock, now.longestBlock);

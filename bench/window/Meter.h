@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QObject>
+
+class QQuickItem;
+class QQuickWindow;
+
+namespace tessel {
+
+/// Watches the frames of the program's window. What it finds goes to the standard output as lines of a name and a
+/// number; the program is then ended.
+class Meter : public QObject {
+    Q_OBJECT
+
+public:
+    /// @param rows that a list must have to count as shown; 0: the window has no list
+    explicit Meter(int rows);
+
+    bool eventFilter(QObject*, QEvent*) override;
+
+protected:
+    /// After each frame, with the time since the one before, in milliseconds.
+    virtual void painted(double since) = 0;
+
+    /// The list with all its rows, of which the first ones are in the scene; null: not yet.
+    [[nodiscard]] QQuickItem* list() const;
+    [[nodiscard]] bool isShown() const;
+    static void tell(const char* name, double value);
+    static void end();
+
+private:
+    void frameSwapped();
+
+    const int rows_;
+    QQuickWindow* window_ = nullptr;
+    QElapsedTimer sinceFrame_;
+};
+
+} // namespace tessel
