@@ -14,6 +14,8 @@ MouseArea {
     property real pressX: 0
     // The touch only stops a list that moves.
     property bool stopping: false
+    // What the last touch did.
+    property bool opened: false
 
     objectName: "row"
     height: view.rowHeight
@@ -22,10 +24,6 @@ MouseArea {
     pressAndHoldInterval: 500
     drag.target: view.editing ? null : content
     drag.axis: Drag.XAxis
-    onPositionChanged: mouse => {
-        if (pressed && !view.editing && Math.abs(mouse.x - pressX) > 4)
-            actions.active = true
-    }
     drag.minimumX: shell.mirrored ? 0 : -actions.width
     drag.maximumX: shell.mirrored ? actions.width : 0
 
@@ -47,15 +45,15 @@ MouseArea {
         if (view.openRow !== area)
             view.closeRow()
     }
-    onClicked: mouse => {
-        if (open)
-            close()
-        else if (stopping)
-            return
-        else if (mouse.button === Qt.RightButton)
-            requestMenu(mouse.x, mouse.y)
-        else
-            choose()
+    onPositionChanged: mouse => {
+        if (pressed && !view.editing && Math.abs(mouse.x - pressX) > 4)
+            actions.active = true
+    }
+    onClicked: mouse => touched(mouse)
+    // A double click opens once, and selects twice.
+    onDoubleClicked: mouse => {
+        if (view.editing || !opened)
+            touched(mouse)
     }
     onPressAndHold: mouse => {
         if (!open)
@@ -67,6 +65,18 @@ MouseArea {
         close()
     ListView.onPooled: reset()
 
+    function touched(mouse) {
+        opened = false
+        if (open)
+            close()
+        else if (stopping)
+            return
+        else if (mouse.button === Qt.RightButton)
+            requestMenu(mouse.x, mouse.y)
+        else
+            choose()
+    }
+
     // Comes to rest open or closed, whichever is nearer.
     function settle() {
         view.press.end()
@@ -75,6 +85,7 @@ MouseArea {
     }
 
     function choose() {
+        opened = true
         view.press.flash(area)
         view.list.press(index)
     }
