@@ -44,6 +44,8 @@ protected:
     {
         return std::dynamic_pointer_cast<AlertController>(navigation()->visibleViewController());
     }
+    /// The title of the alert on screen.
+    [[nodiscard]] std::string told() const { return alert() ? alert()->title() : "nothing"; }
     void choose(std::size_t action)
     {
         ASSERT_NE(alert(), nullptr);
@@ -114,13 +116,13 @@ TEST_F(NavControllerActionsTest, TriesEachItemAndTellsWhatStayed)
     vanish({one, two, three}, {one, two});
     EXPECT_EQ(completions, 1) << "before the failures are told";
     EXPECT_FALSE(exists("orvane~Quillbox/3"));
-    EXPECT_EQ(alert()->title(), "2 items couldn’t be deleted.");
+    EXPECT_EQ(told(), "2 items couldn’t be deleted.");
     choose(0);
 
     drive.file("orvane~Quillbox/1");
     drive.file("orvane~Quillbox/2");
     vanish({one, two}, {two});
-    EXPECT_EQ(alert()->title(), "The operation was cancelled.");
+    EXPECT_EQ(told(), "The operation was cancelled.");
     EXPECT_THAT(platform.log->lines(), Contains(HasSubstr("Failed to delete URL " + two.absoluteString() + ": The ")));
 }
 
@@ -131,9 +133,9 @@ TEST_F(NavControllerActionsTest, RefusesWhatStaysInTheDrive)
     const auto refused = [&](const std::vector<URL>& urls) {
         platform.log->clear();
         navigation()->showWarningAndDeleteURLs(urls, nullptr, [this] { ++completions; });
-        const auto told = alert() ? alert()->title() : "nothing";
+        const auto answer = told();
         navigation()->dismiss(Animated::No);
-        return told;
+        return answer;
     };
     EXPECT_EQ(refused({plan, documents}), "This can’t be done with the item.");
     EXPECT_EQ(platform.log->lines()[0],
@@ -146,12 +148,12 @@ TEST_F(NavControllerActionsTest, RefusesWhatStaysInTheDrive)
     EXPECT_EQ(completions, 3);
 
     perform(ListAction::Rename, documents);
-    EXPECT_EQ(alert()->title(), "This can’t be done with the item.");
+    EXPECT_EQ(told(), "This can’t be done with the item.");
     EXPECT_EQ(platform.log->lines().back(), line("WARNING", "-[NavController showRenamePrompt:]",
                                                  "Not renaming special folder: " + documents.absoluteString()));
     navigation()->dismiss(Animated::No);
     perform(ListAction::Rename, library);
-    EXPECT_EQ(alert()->title(), "This can’t be done with the item.");
+    EXPECT_EQ(told(), "This can’t be done with the item.");
     EXPECT_TRUE(exists("orvane~Quillbox/Plan.txt") && exists("orvane~Lookbook/Documents"));
 }
 

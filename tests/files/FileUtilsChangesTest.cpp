@@ -3,13 +3,14 @@
 #include "platform/files/FileCoordinator.h"
 #include "platform/linux/cloud/Placeholder.h"
 #include "tests/support/InstalledPlatform.h"
+#include "tests/support/OtherProcess.h"
 
 #include <gmock/gmock.h>
 
 #include <chrono>
 #include <filesystem>
-#include <future>
-#include <thread>
+#include <functional>
+#include <stdexcept>
 
 namespace tessel {
 namespace {
@@ -20,18 +21,16 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-/// Resource values that tell when they are first read.
+/// Resource values after whose first reading something else happens.
 class TellingValues final : public ResourceValues {
 public:
-    explicit TellingValues(ResourceValues& inner) : inner_(inner) {}
-
-    mutable std::promise<void> read;
+    TellingValues(ResourceValues& inner, std::function<void()> wasRead) : inner_(inner), wasRead_(std::move(wasRead)) {}
 
     Result<Values> values(std::span<const ResourceKey> keys, const URL& url, ValueVariant variant) const override
     {
         auto result = inner_.values(keys, url, variant);
-        if (!std::exchange(told_, true))
-            read.set_value();
+        if (const auto told = std::exchange(wasRead_, nullptr))
+            told();
         return result;
     }
     [[nodiscard]] bool promisedItemIsReachable(const URL& url) const override
@@ -51,7 +50,7 @@ public:
 
 private:
     ResourceValues& inner_;
-    mutable bool told_ = false;
+    mutable std::function<void()> wasRead_;
 };
 
 class FileUtilsChangesTest : public testing::Test {
@@ -125,26 +124,26 @@ TEST_F(FileUtilsChangesTest, KeepsWhatHasNoDate)
                             StartsWith("INFO Coordinated Write returned ")));
 }
 
-// Somebody else holds the document. Ours asks to delete it, waits its turn behind the other's write, and must then find
-// that it is about to throw away a version that it never saw.
+// Two programs hold the same document. Ours asks to delete it, waits its turn behind the other's write, and must then
+// find that it is about to throw away a version that it never saw.
 TEST_F(FileUtilsChangesTest, KeepsADocumentThatWasSavedWhileTheDeletionWaited)
 {
     const auto plan = drive.file("Plan.txt", "first");
-    TellingValues values(platform::installed().resources);
-    const platform::Scope scope(servicesWith(values));
-    std::promise<void> writing;
-    std::thread writer([&] {
+    OtherProcess writer([&](OtherProcess& self) {
         const auto error = FileCoordinator().coordinateWriting(plan, WritingOptions::None, [&](const URL& url) {
-            writing.set_value();
-            values.read.get_future().wait();
+            self.meet();
+            self.meet();
             drive.file("Plan.txt", "second");
             fs::last_write_time(url.path(), fs::file_time_type::clock::now() + std::chrono::seconds(2));
         });
-        EXPECT_EQ(error, std::nullopt);
+        if (error)
+            throw std::runtime_error(error->description);
     });
-    writing.get_future().wait();
+    writer.meet();
+    TellingValues values(platform::installed().resources, [&] { writer.meet(); });
+    const platform::Scope scope(servicesWith(values));
     EXPECT_EQ(codeOf(FileUtils::remove(plan)), ErrorCode::kUserCancelled);
-    writer.join();
+    EXPECT_TRUE(writer.finish());
     EXPECT_EQ(drive.read("Plan.txt"), "second");
     EXPECT_EQ(FileUtils::remove(plan), std::nullopt);
     EXPECT_FALSE(exists("Plan.txt"));
