@@ -16,7 +16,7 @@ namespace tessel::qt {
 
 namespace {
 
-constexpr auto kPlatformVariable = "QT_QPA_PLATFORM";
+std::string chosen;
 
 /// Empty when the variable is not set.
 std::string environment(const char* name)
@@ -74,20 +74,26 @@ bool leadsToDisplay(std::string_view platform)
 
 std::optional<std::string> chooseDisplay()
 {
-    if (const auto named = environment(kPlatformVariable); !named.empty())
+    chosen.clear();
+    if (const auto named = environment("QT_QPA_PLATFORM"); !named.empty())
         return leadsToDisplay(named) ? std::nullopt : std::optional(named + " does not answer");
     const bool hasWayland = !environment("WAYLAND_DISPLAY").empty();
     const bool hasX = !environment("DISPLAY").empty();
     for (const auto& [isSet, platform] : {std::pair(hasWayland, "wayland"), std::pair(hasX, "xcb")}) {
         if (!isSet || !leadsToDisplay(platform))
             continue;
-        qputenv(kPlatformVariable, platform);
+        chosen = platform;
         return std::nullopt;
     }
     if (!hasWayland && !hasX)
         return "neither WAYLAND_DISPLAY nor DISPLAY is set";
     const auto display = hasX ? "the display " + environment("DISPLAY") : "Wayland's " + environment("WAYLAND_DISPLAY");
     return display + " does not answer";
+}
+
+const std::string& chosenPlatform()
+{
+    return chosen;
 }
 
 void forgetTriedDisplay()

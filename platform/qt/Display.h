@@ -10,6 +10,10 @@ namespace tessel::qt {
 /// @returns why there is no display, in words for the user; none when one was chosen
 [[nodiscard]] std::optional<std::string> chooseDisplay();
 
+/// What was chosen, as Qt calls it; empty while QT_QPA_PLATFORM says it. Not put into the environment, which the
+/// programs that this one starts inherit.
+[[nodiscard]] const std::string& chosenPlatform();
+
 /// Lets go of what the choice was made with: to be called once the application object has its own connection.
 void forgetTriedDisplay();
 

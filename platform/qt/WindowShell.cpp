@@ -15,6 +15,7 @@
 #include <QGuiApplication>
 #include <QIcon>
 #include <QLocale>
+#include <QLoggingCategory>
 #include <QQuickWindow>
 #include <QSGRendererInterface>
 #include <QScreen>
@@ -27,12 +28,33 @@ namespace tessel {
 namespace {
 
 /// Painting by the processor starts quicker, takes less memory, and is the same on every machine.
-void chooseRenderer()
+bool isSoftware()
 {
-    if (!qEnvironmentVariableIsSet("QSG_RHI_BACKEND") && !qEnvironmentVariableIsSet("QT_QUICK_BACKEND") &&
-        qEnvironmentVariable("TESSELDRIVE_GL") != "1")
-        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    return !qEnvironmentVariableIsSet("QSG_RHI_BACKEND") && !qEnvironmentVariableIsSet("QT_QUICK_BACKEND") &&
+           qEnvironmentVariable("TESSELDRIVE_GL") != "1";
 }
+
+/// Even so Qt would load OpenGL's drivers on Wayland, tens of megabytes, unless it is to use one that does not exist,
+/// of which it complains. The programs that this one starts shall not inherit that.
+class NoWaylandDrivers {
+public:
+    NoWaylandDrivers() : isWanted_(isSoftware() && !qEnvironmentVariableIsSet(kDriver))
+    {
+        if (!isWanted_)
+            return;
+        qputenv(kDriver, "none");
+        QLoggingCategory::setFilterRules("qt.qpa.wayland.warning=false");
+    }
+    ~NoWaylandDrivers()
+    {
+        if (isWanted_)
+            qunsetenv(kDriver);
+    }
+
+private:
+    static constexpr auto kDriver = "QT_WAYLAND_CLIENT_BUFFER_INTEGRATION";
+    const bool isWanted_;
+};
 
 void nameApplication()
 {
@@ -46,10 +68,10 @@ void nameApplication()
 void describeDevice(Device& device, const qt::SystemAppearance& appearance)
 {
     const auto* const screen = QGuiApplication::primaryScreen();
-    const auto available = screen->availableGeometry();
+    const auto available = screen ? screen->availableSize() : QSize(900, 640); // it may come later
     const auto size = qt::firstWindowSize({double(available.width()), double(available.height())});
     device.idiom = qt::idiomOfSize(size);
-    device.screenScale = screen->devicePixelRatio();
+    device.screenScale = screen ? screen->devicePixelRatio() : 1;
     device.layoutDirection = QGuiApplication::layoutDirection() == Qt::RightToLeft ? LayoutDirection::RightToLeft
                                                                                    : LayoutDirection::LeftToRight;
     device.textScale = appearance.textScale();
@@ -86,9 +108,12 @@ struct WindowShell::Parts {
 
     ~Parts() { platform::installed().device.setTextMeasurer(nullptr); }
 
-    std::array<char, 12> name{"tesseldrive"};
-    std::array<char*, 2> arguments{name.data(), nullptr};
-    int argumentCount = 1;
+    std::string name = "tesseldrive";
+    std::string platformOption = "-platform";
+    std::string platformName = qt::chosenPlatform();
+    std::array<char*, 4> arguments{name.data(), platformOption.data(), platformName.data(), nullptr};
+    int argumentCount = platformName.empty() ? 1 : 3;
+    std::optional<NoWaylandDrivers> noWaylandDrivers{std::in_place}; ///< until the window is there
     QGuiApplication application;
     qt::EventLoop loop;
     qt::SystemAppearance appearance;
@@ -102,7 +127,8 @@ std::optional<std::string> WindowShell::whyNoWindow()
 
 WindowShell::WindowShell(int endDescriptor)
 {
-    chooseRenderer();
+    if (isSoftware())
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     parts_ = std::make_unique<Parts>(endDescriptor);
 }
 
@@ -113,6 +139,7 @@ bool WindowShell::run(Application& application)
     qt::Shell shell(parts_->appearance);
     shell.sync();
     const qt::Scene scene(shell);
+    parts_->noWaylandDrivers.reset();
     auto* const window = scene.window();
     if (window) {
         const qt::ApplicationLife life(application, shell, *window);
