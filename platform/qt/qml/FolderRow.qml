@@ -36,6 +36,7 @@ MouseArea {
     Accessible.onPressAction: choose()
 
     onPressed: mouse => {
+        console.log("press", view.moving)
         motion.stop()
         pressX = mouse.x
         stopping = view.moving
@@ -52,6 +53,7 @@ MouseArea {
     onClicked: mouse => touched(mouse)
     // A double click opens once, and selects twice.
     onDoubleClicked: mouse => {
+        console.log("double", view.editing, opened)
         if (view.editing || !opened)
             touched(mouse)
     }
@@ -60,12 +62,17 @@ MouseArea {
             requestMenu(mouse.x, mouse.y)
     }
     onReleased: settle()
-    onCanceled: settle()
+    onCanceled: { console.log("cancel"); settle() }
     onIdentityChanged: if (open)
         close()
-    ListView.onPooled: reset()
+    ListView.onPooled: {
+        reset()
+        visible = false // the list only stops painting it, and those who listen to the screen would still find it
+    }
+    ListView.onReused: visible = true
 
     function touched(mouse) {
+        console.log("touched", opened)
         opened = false
         if (open)
             close()
