@@ -43,13 +43,15 @@ void closeOnce(int& descriptor)
 
 } // namespace
 
-Program::Program(const std::vector<std::string>& arguments, std::optional<uid_t> user)
+Program::Program(const std::vector<std::string>& arguments, std::optional<uid_t> user,
+                 const std::vector<std::string>& moreEnvironment)
 {
     std::vector<std::string> words = {std::string(TESSELDRIVE_PROGRAM)};
     words.insert(words.end(), arguments.begin(), arguments.end());
     // Nothing of the developer's own home, language or session reaches the program, and none of the applications.
     std::vector<std::string> environment = {"HOME=/nonexistent", "XDG_CONFIG_DIRS=/nonexistent",
                                             "XDG_DATA_DIRS=/nonexistent", "LC_ALL=C.UTF-8", "TZ=UTC"};
+    environment.insert(environment.end(), moreEnvironment.begin(), moreEnvironment.end());
     const auto argumentPointers = pointers(words);
     const auto environmentPointers = pointers(environment);
     const auto input = makePipe();
@@ -112,6 +114,11 @@ void Program::write(std::string_view bytes) const
 void Program::closeOutput()
 {
     closeOnce(output_);
+}
+
+void Program::signal(int number) const
+{
+    ::kill(child_, number);
 }
 
 Program::Result Program::finish()

@@ -24,7 +24,9 @@ public:
     };
 
     /// @param user runs it as this user and group; needs root
-    explicit Program(const std::vector<std::string>& arguments, std::optional<uid_t> user = std::nullopt);
+    /// @param environment more variables for it, as NAME=VALUE
+    explicit Program(const std::vector<std::string>& arguments, std::optional<uid_t> user = std::nullopt,
+                     const std::vector<std::string>& environment = {});
     /// Kills it when it still runs.
     ~Program();
     Program(const Program&) = delete;
@@ -34,6 +36,8 @@ public:
     /// Writes raw bytes and waits for nothing.
     void write(std::string_view bytes) const;
     void closeOutput();
+    /// Sends it a signal.
+    void signal(int number) const;
     /// Ends the input and waits for the end. The output is what no `send` has read.
     Result finish();
 
