@@ -36,7 +36,6 @@ MouseArea {
     Accessible.onPressAction: choose()
 
     onPressed: mouse => {
-        console.log("press", view.moving)
         motion.stop()
         pressX = mouse.x
         stopping = view.moving
@@ -53,7 +52,6 @@ MouseArea {
     onClicked: mouse => touched(mouse)
     // A double click opens once, and selects twice.
     onDoubleClicked: mouse => {
-        console.log("double", view.editing, opened)
         if (view.editing || !opened)
             touched(mouse)
     }
@@ -62,7 +60,7 @@ MouseArea {
             requestMenu(mouse.x, mouse.y)
     }
     onReleased: settle()
-    onCanceled: { console.log("cancel"); settle() }
+    onCanceled: settle()
     onIdentityChanged: if (open)
         close()
     ListView.onPooled: {
@@ -72,7 +70,6 @@ MouseArea {
     ListView.onReused: visible = true
 
     function touched(mouse) {
-        console.log("touched", opened)
         opened = false
         if (open)
             close()
