@@ -56,7 +56,7 @@ TEST_F(FileManagerTest, SaysWhyAnItemCannotBeDescribed)
     const auto belowFile = files.attributes(drive.file("File").appending("x").path());
     EXPECT_EQ(belowFile.error().code, ErrorCode::kNoSuchFile);
     const auto tooLong = files.attributes(drive.url(std::string(300, 'x')).path());
-    EXPECT_EQ(tooLong.error(), (Error{Domain::System, ENAMETOOLONG, {}, {}}));
+    EXPECT_EQ(tooLong.error(), (Error{Domain::General, ErrorCode::kInvalidFileName, {}, {}}));
 }
 
 TEST_F(FileManagerTest, ResolvesLinksAsFarAsTheyLead)
