@@ -28,7 +28,7 @@ public:
     virtual void itemWillMove(const URL& from, const URL& to) = 0;
     virtual void itemDidMove(const URL& from, const URL& to, const FilePresenter* asker) = 0;
 
-    virtual void addPresenter(const std::shared_ptr<FilePresenter>&) = 0;
+    virtual void addPresenter(FilePresenter&) = 0;
     virtual void removePresenter(const FilePresenter&) = 0;
 };
 

@@ -48,7 +48,7 @@ void FileCoordinator::itemDidMove(const URL& from, const URL& to)
     service().itemDidMove(from, to, presenter_);
 }
 
-void FileCoordinator::addFilePresenter(const std::shared_ptr<FilePresenter>& presenter)
+void FileCoordinator::addFilePresenter(FilePresenter& presenter)
 {
     service().addPresenter(presenter);
 }

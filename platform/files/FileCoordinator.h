@@ -5,7 +5,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <optional>
 
 namespace tessel {
@@ -59,9 +58,10 @@ public:
     void itemWillMove(const URL& from, const URL& to);
     void itemDidMove(const URL& from, const URL& to);
 
-    /// A presenter is told until it is removed or gone; the coordinator does not keep it. Adding twice, and removing
-    /// one that was not added, does nothing. Safe from any thread, also from the presenter's own operations.
-    static void addFilePresenter(const std::shared_ptr<FilePresenter>&);
+    /// A presenter is told from now on until it is removed, which happens in its destructor at the latest. Removing it
+    /// waits until it has been told what it is just being told, unless that is what removes it. Adding twice, and
+    /// removing one that was not added, does nothing. Safe from any thread.
+    static void addFilePresenter(FilePresenter&);
     static void removeFilePresenter(const FilePresenter&);
 
 private:

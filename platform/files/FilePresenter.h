@@ -27,7 +27,7 @@ public:
     /// The item, asked for once, when the presenter is added; moves that it was told of are followed. Without one it is
     /// told nothing.
     [[nodiscard]] virtual std::optional<URL> presentedItemURL() const = 0;
-    /// Ends after the presenter was removed.
+    /// Never the main queue; ends after the presenter was removed.
     [[nodiscard]] virtual OperationQueue& presentedItemOperationQueue() = 0;
 
     /// Somebody is about to read the item, or to write it: what is unsaved is to be saved now.

@@ -15,6 +15,26 @@ constexpr std::chrono::seconds kLongestAnswer(2);
 // A document may be sent back to the cloud between its download and the access that it was made for.
 constexpr int kMaximumDownloads = 3;
 
+// For as long as a presenter writes what it presents.
+class OwnAccess {
+public:
+    explicit OwnAccess(std::shared_ptr<PresentedItem> item) : item_(std::move(item))
+    {
+        if (item_)
+            item_->beginOwnAccess();
+    }
+    ~OwnAccess()
+    {
+        if (item_)
+            item_->endOwnAccess();
+    }
+    OwnAccess(const OwnAccess&) = delete;
+    OwnAccess& operator=(const OwnAccess&) = delete;
+
+private:
+    const std::shared_ptr<PresentedItem> item_;
+};
+
 std::string nameOf(const std::string& path)
 {
     return std::string(URL::file(path).lastPathComponent());
@@ -79,6 +99,7 @@ std::optional<Error> LinuxFileCoordination::write(std::span<const WriteIntent> i
     if (auto error = tellAll(Notice::Kind::Writing, intents, wishes, asker))
         return error;
     bool isWritten = false;
+    const OwnAccess own(presenters_.itemOf(asker));
     auto error = inTurn(wishes, [&] {
         auto refusal = tellAll(Notice::Kind::Deleting, intents, wishes, asker);
         isWritten = !refusal;
@@ -164,13 +185,13 @@ void LinuxFileCoordination::itemDidMove(const URL& from, const URL& to, const Fi
     (void)tell({Notice::Kind::Moved, realPath(from), realPath(to)}, asker);
 }
 
-void LinuxFileCoordination::addPresenter(const std::shared_ptr<FilePresenter>& presenter)
+void LinuxFileCoordination::addPresenter(FilePresenter& presenter)
 {
     std::call_once(opened_, [this] {
         listening_ = locks_.listen();
         post_.open();
     });
-    if (const auto url = presenter->presentedItemURL())
+    if (const auto url = presenter.presentedItemURL())
         presenters_.add(presenter, realPath(*url));
 }
 

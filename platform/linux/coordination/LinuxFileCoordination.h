@@ -44,7 +44,7 @@ public:
     void itemWillMove(const URL& from, const URL& to) override;
     void itemDidMove(const URL& from, const URL& to, const FilePresenter* asker) override;
 
-    void addPresenter(const std::shared_ptr<FilePresenter>&) override;
+    void addPresenter(FilePresenter&) override;
     void removePresenter(const FilePresenter&) override;
 
 private:

@@ -45,12 +45,8 @@ public:
 
     void folderChanged(FolderNews) override
     {
-        const auto item = item_.lock();
-        if (!item)
-            return;
-        if (isInside_)
-            item->tell([](FilePresenter& presenter) { presenter.presentedItemDidChange(); });
-        item->lookAgain();
+        if (const auto item = item_.lock(); item && item->ownAccesses_ == 0)
+            item->lookAgain(isInside_);
     }
 
 private:
@@ -58,9 +54,8 @@ private:
     const bool isInside_;
 };
 
-PresentedItem::PresentedItem(const std::shared_ptr<FilePresenter>& presenter, std::string path, MainQueue& mainQueue,
-                             FolderMonitor& monitor)
-    : presenter_(presenter), key_(presenter.get()), mainQueue_(mainQueue), monitor_(monitor), path_(std::move(path))
+PresentedItem::PresentedItem(FilePresenter& presenter, std::string path, MainQueue& mainQueue, FolderMonitor& monitor)
+    : presenter_(presenter), mainQueue_(mainQueue), monitor_(monitor), path_(std::move(path))
 {
 }
 
@@ -78,7 +73,12 @@ void PresentedItem::follow()
 
 void PresentedItem::end()
 {
-    hasEnded_ = true;
+    {
+        const std::lock_guard lock(askingMutex_);
+        hasEnded_ = true;
+    }
+    if (telling_ != std::this_thread::get_id())
+        const std::lock_guard lock(tellingMutex_); // until it has been told
     const std::lock_guard lock(mutex_);
     unwatch();
 }
@@ -96,23 +96,16 @@ void PresentedItem::tell(const Work& work)
 
 void PresentedItem::ask(const std::shared_ptr<Answers::Owed>& owed, const AskingWork& work)
 {
-    auto presenter = presenter_.lock();
-    if (!presenter || hasEnded_)
+    const std::lock_guard lock(askingMutex_);
+    if (hasEnded_)
         return;
-    presenter->presentedItemOperationQueue().addOperation([self = shared_from_this(), owed, work] {
-        auto asked = self->presenter_.lock();
-        if (!asked || self->hasEnded_)
-            return;
-        work(*asked, owed);
-        self->letGo(std::move(asked));
+    presenter_.presentedItemOperationQueue().addOperation([self = shared_from_this(), owed, work] {
+        const std::lock_guard lock(self->tellingMutex_);
+        self->telling_ = std::this_thread::get_id();
+        if (!self->hasEnded_)
+            work(self->presenter_, owed);
+        self->telling_ = std::thread::id();
     });
-    letGo(std::move(presenter));
-}
-
-// On the main queue: what may be the last owner must not end a presenter, and its queue, on that very queue.
-void PresentedItem::letGo(std::shared_ptr<FilePresenter> presenter) const
-{
-    mainQueue_.async([presenter = std::move(presenter)] {});
 }
 
 void PresentedItem::expectMove()
@@ -155,7 +148,7 @@ void PresentedItem::takeChange(bool silently)
         tell([](FilePresenter& presenter) { presenter.presentedItemDidChange(); });
 }
 
-void PresentedItem::lookAgain()
+void PresentedItem::lookAgain(bool isInside)
 {
     {
         const std::lock_guard lock(mutex_);
@@ -165,7 +158,9 @@ void PresentedItem::lookAgain()
             return;
         }
     }
-    takeChange(false);
+    takeChange(isInside);
+    if (isInside)
+        tell([](FilePresenter& presenter) { presenter.presentedItemDidChange(); });
 }
 
 void PresentedItem::judgeAbsenceLater()

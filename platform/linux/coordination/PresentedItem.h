@@ -13,6 +13,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <thread>
 
 namespace tessel {
 
@@ -26,22 +27,26 @@ public:
     using AskingWork = std::function<void(FilePresenter&, const std::shared_ptr<Answers::Owed>&)>;
 
     /// @param path absolute, links on the way resolved
-    PresentedItem(const std::shared_ptr<FilePresenter>&, std::string path, MainQueue&, FolderMonitor&);
+    PresentedItem(FilePresenter&, std::string path, MainQueue&, FolderMonitor&);
     ~PresentedItem();
     PresentedItem(const PresentedItem&) = delete;
     PresentedItem& operator=(const PresentedItem&) = delete;
 
     /// Begins to look for changes by programs that do not coordinate.
     void follow();
-    /// Nothing that has not begun is told any more.
+    /// Nothing is told any more once this has returned, but for what calls it itself.
     void end();
 
-    [[nodiscard]] bool belongsTo(const FilePresenter& presenter) const { return key_ == &presenter; }
+    [[nodiscard]] bool belongsTo(const FilePresenter& presenter) const { return &presenter_ == &presenter; }
     [[nodiscard]] std::string path() const;
 
     /// Runs work on the presenter's queue.
     void tell(const Work&);
     void ask(const std::shared_ptr<Answers::Owed>&, const AskingWork&);
+
+    /// While the presenter itself writes it looks at no changes: it is told of none of its own.
+    void beginOwnAccess() { ++ownAccesses_; }
+    void endOwnAccess() { --ownAccesses_; }
 
     /// The item will be elsewhere soon, so that its absence means nothing for some seconds.
     void expectMove();
@@ -61,20 +66,22 @@ private:
         friend bool operator==(const Sight&, const Sight&) = default;
     };
 
-    void lookAgain();
+    void lookAgain(bool isInside);
     void judgeAbsenceLater();
     void judgeAbsence();
     void watch();
     void unwatch();
     [[nodiscard]] std::optional<Sight> sight() const;
     [[nodiscard]] std::optional<std::string> placeOfItem() const;
-    void letGo(std::shared_ptr<FilePresenter>) const;
 
-    const std::weak_ptr<FilePresenter> presenter_;
-    const FilePresenter* const key_;
+    FilePresenter& presenter_;
     MainQueue& mainQueue_;
     FolderMonitor& monitor_;
+    std::mutex askingMutex_;  ///< held while an operation is added to the presenter's queue
+    std::mutex tellingMutex_; ///< held while the presenter is told something
+    std::atomic<std::thread::id> telling_{};
     std::atomic<bool> hasEnded_ = false;
+    std::atomic<int> ownAccesses_ = 0;
     mutable std::mutex mutex_; ///< of all that follows
     std::string path_;
     FileDescriptor item_; ///< leads to it wherever it goes

@@ -49,10 +49,10 @@ Presenters::~Presenters()
         monitor_->finish();
 }
 
-void Presenters::add(const std::shared_ptr<FilePresenter>& presenter, std::string path)
+void Presenters::add(FilePresenter& presenter, std::string path)
 {
     const std::lock_guard lock(mutex_);
-    if (std::ranges::any_of(items_, [&](const auto& item) { return item->belongsTo(*presenter); }))
+    if (std::ranges::any_of(items_, [&](const auto& item) { return item->belongsTo(presenter); }))
         return;
     if (!monitor_)
         monitor_ = std::make_unique<FolderMonitor>(log_, kChangedNames);
@@ -84,6 +84,14 @@ Presenters::Items Presenters::items() const
 {
     const std::lock_guard lock(mutex_);
     return items_;
+}
+
+std::shared_ptr<PresentedItem> Presenters::itemOf(const FilePresenter* presenter) const
+{
+    const std::lock_guard lock(mutex_);
+    const auto found =
+        std::ranges::find_if(items_, [&](const auto& item) { return presenter && item->belongsTo(*presenter); });
+    return found == items_.end() ? nullptr : *found;
 }
 
 void Presenters::tell(const Notice& notice, const FilePresenter* asker, const std::shared_ptr<Answers>& answers)

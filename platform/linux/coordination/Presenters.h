@@ -20,7 +20,7 @@ public:
     ~Presenters();
 
     /// @param path of what it presents, links on the way resolved
-    void add(const std::shared_ptr<FilePresenter>&, std::string path);
+    void add(FilePresenter&, std::string path);
     void remove(const FilePresenter&);
     [[nodiscard]] bool isEmpty() const;
 
@@ -28,6 +28,9 @@ public:
     /// @param asker is not told; may be null
     /// @param answers come to owe what the notice wants to be answered
     void tell(const Notice&, const FilePresenter* asker, const std::shared_ptr<Answers>& answers);
+
+    /// What somebody presents who is about to write it; none for null, and for who presents nothing.
+    [[nodiscard]] std::shared_ptr<PresentedItem> itemOf(const FilePresenter*) const;
 
 private:
     using Items = std::vector<std::shared_ptr<PresentedItem>>;
