@@ -63,11 +63,7 @@ MouseArea {
     onCanceled: settle()
     onIdentityChanged: if (open)
         close()
-    ListView.onPooled: {
-        reset()
-        visible = false // the list only stops painting it, and those who listen to the screen would still find it
-    }
-    ListView.onReused: visible = true
+    ListView.onPooled: reset()
 
     function touched(mouse) {
         opened = false

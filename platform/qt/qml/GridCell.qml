@@ -7,6 +7,11 @@ MouseArea {
     required property var row
     required property int index
     required property GridView view
+    readonly property string identity: row.title
+    // The touch only stops a grid that moves.
+    property bool stopping: false
+    // What the last touch did.
+    property bool opened: false
     readonly property bool current: view.currentIndex === index && Theme.keyboard && view.activeFocus
 
     objectName: "row"
@@ -22,16 +27,24 @@ MouseArea {
     Accessible.focused: current
     Accessible.onPressAction: choose()
 
-    // The touch only stops a grid that moves.
-    property bool stopping: false
-
     onPressed: {
         stopping = view.moving
         view.press.begin(cell)
         Theme.keyboard = false
         view.forceActiveFocus()
     }
-    onClicked: mouse => {
+    onClicked: mouse => touched(mouse)
+    // A double click opens once, and selects twice.
+    onDoubleClicked: mouse => {
+        if (view.editing || !opened)
+            touched(mouse)
+    }
+    onReleased: view.press.end()
+    onCanceled: view.press.end()
+    onPressAndHold: mouse => requestMenu(mouse.x, mouse.y)
+
+    function touched(mouse) {
+        opened = false
         if (stopping)
             return
         if (mouse.button === Qt.RightButton)
@@ -39,11 +52,9 @@ MouseArea {
         else
             choose()
     }
-    onReleased: view.press.end()
-    onCanceled: view.press.end()
-    onPressAndHold: mouse => requestMenu(mouse.x, mouse.y)
 
     function choose() {
+        opened = true
         view.press.flash(cell)
         view.list.press(index)
     }

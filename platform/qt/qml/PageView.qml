@@ -97,6 +97,12 @@ FocusScope {
         }
     }
 
+    // A second click that was meant for the page before does not fall on one that is still on its way.
+    MouseArea {
+        anchors.fill: content
+        visible: view.moving
+    }
+
     Loader {
         id: toolbar
 

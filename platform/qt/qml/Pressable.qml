@@ -13,6 +13,8 @@ MouseArea {
     activeFocusOnTab: usable
     hoverEnabled: true
     onClicked: activate()
+    // A second touch soon after the first one is a press of its own, such as on the next page's back button.
+    onDoubleClicked: activate()
     onPressedChanged: if (pressed)
         Theme.keyboard = false
 

@@ -1,6 +1,6 @@
 import QtQuick
 
-// What a row uncovers: its first actions, the first one outermost, and a way to the others.
+// What a row uncovers: what deletes it, outermost, its first other actions, and a way to all of them.
 Row {
     id: swipe
 
@@ -18,7 +18,8 @@ Row {
     function offer(actions, room) {
         const most = Math.max(1, Math.floor((room - 80) / buttonWidth))
         more = actions.length > Math.min(most, 3)
-        swipe.actions = more ? actions.slice(0, Math.min(most, 3) - 1) : actions
+        const ordered = actions.filter(action => action.destructive).concat(actions.filter(action => !action.destructive))
+        swipe.actions = more ? ordered.slice(0, Math.min(most, 3) - 1) : ordered
     }
 
     Repeater {
