@@ -6,6 +6,7 @@
 #include "platform/documents/SearchController.h"
 #include "platform/text/TextServices.h"
 #include "platform/ui/Application.h"
+#include "platform/ui/Device.h"
 #include "platform/ui/NavigationController.h"
 
 #include <utility>
@@ -134,6 +135,7 @@ void DocumentListController::setEditing(bool editing, Animated)
     editing_ = editing;
     if (!editing)
         setSelectedItemURLs({});
+    platform::installed().device.tellScreenChanged();
 }
 
 void DocumentListController::pressRow(std::size_t index)
