@@ -2,8 +2,11 @@
 
 #include "platform/files/FileManager.h"
 #include "platform/linux/cloud/DocumentStore.h"
+#include "platform/linux/files/LinkText.h"
 #include "platform/text/FilledText.h"
 #include "platform/text/TextServices.h"
+
+#include <fcntl.h>
 
 #include <utility>
 
@@ -35,6 +38,13 @@ private:
     const std::shared_ptr<PresentedItem> item_;
 };
 
+// The path of a folder by its descriptor, which takes three calls however deep it is; none when it cannot be had.
+std::optional<std::string> realFolder(const std::string& path)
+{
+    const FileDescriptor folder(::open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    return folder.isOpen() ? linkText("/proc/self/fd/" + std::to_string(folder.get())) : std::nullopt;
+}
+
 std::string nameOf(const std::string& path)
 {
     return std::string(URL::file(path).lastPathComponent());
@@ -56,8 +66,10 @@ std::optional<Error> LinuxFileCoordination::read(const URL& url, const FileCoord
                                                  const FilePresenter* asker, const Access& access)
 {
     const Wishes wishes = {{realPath(url), false}};
-    if (auto error = tell({Notice::Kind::Reading, wishes.front().path, {}}, asker))
-        return error;
+    const auto marks = locks_.marks();
+    if (marks.isSomebodyListening)
+        if (auto error = tell({Notice::Kind::Reading, wishes.front().path, {}}, asker))
+            return error;
     bool isRead = false;
     const auto readUnlessInCloud = [&]() -> std::optional<Error> {
         isRead = !services_.documents.isInCloudOnly(url);
@@ -65,13 +77,13 @@ std::optional<Error> LinuxFileCoordination::read(const URL& url, const FileCoord
             access();
         return std::nullopt;
     };
-    auto error = inTurn(wishes, readUnlessInCloud);
+    auto error = inTurn(wishes, marks, readUnlessInCloud);
     for (int count = 0; !error && !isRead; ++count) {
         if (count == kMaximumDownloads)
             return ownObstacle(wishes);
         error = download(url, progress, asker);
         if (!error)
-            error = inTurn(wishes, readUnlessInCloud);
+            error = inTurn(wishes, locks_.marks(), readUnlessInCloud);
     }
     return error;
 }
@@ -84,8 +96,9 @@ std::optional<Error> LinuxFileCoordination::download(const URL& url, const FileC
     if (!content)
         return content.error();
     const Wishes wishes = {{realPath(url), true}};
-    auto error = inTurn(wishes, [&] { return services_.documents.install(content.value(), url); });
-    if (!error)
+    const auto marks = locks_.marks();
+    auto error = inTurn(wishes, marks, [&] { return services_.documents.install(content.value(), url); });
+    if (!error && marks.isSomebodyListening)
         (void)tell({Notice::Kind::Changed, wishes.front().path, {}}, asker);
     return error;
 }
@@ -93,14 +106,18 @@ std::optional<Error> LinuxFileCoordination::download(const URL& url, const FileC
 std::optional<Error> LinuxFileCoordination::write(std::span<const WriteIntent> intents, const FilePresenter* asker,
                                                   const Access& access)
 {
-    Wishes wishes;
-    for (const auto& intent : intents)
-        wishes.push_back({realPath(intent.url), true});
+    const auto wishes = wishesFor(intents);
+    const auto marks = locks_.marks();
+    if (!marks.isSomebodyListening)
+        return inTurn(wishes, marks, [&]() -> std::optional<Error> {
+            access();
+            return std::nullopt;
+        });
     if (auto error = tellAll(Notice::Kind::Writing, intents, wishes, asker))
         return error;
     bool isWritten = false;
     const OwnAccess own(presenters_.itemOf(asker));
-    auto error = inTurn(wishes, [&] {
+    auto error = inTurn(wishes, marks, [&] {
         auto refusal = tellAll(Notice::Kind::Deleting, intents, wishes, asker);
         isWritten = !refusal;
         if (isWritten)
@@ -112,29 +129,40 @@ std::optional<Error> LinuxFileCoordination::write(std::span<const WriteIntent> i
     return error;
 }
 
-std::optional<Error> LinuxFileCoordination::inTurn(const Wishes& wishes, const Step& step)
+std::optional<Error> LinuxFileCoordination::inTurn(const Wishes& wishes, ProcessLocks::Marks marks, const Step& step)
 {
+    using Precedence = ProcessLocks::Precedence;
     const auto deadline = services_.clock.uptime() + limit_;
-    const bool mayOvertake = table_.isHeldByThisThread();
+    const auto precedence = table_.isHeldByThisThread() ? Precedence::OverEverybody
+                            : marks.isSomebodyInLine    ? Precedence::OverNobody
+                                                        : Precedence::NobodyInLine;
     const auto turn = table_.enter(wishes, deadline);
     if (!turn)
         return ownObstacle(wishes);
     auto access = locks_.begin();
-    if (const auto obstacle = access.acquire(wishes, deadline, mayOvertake))
+    if (const auto obstacle = access.acquire(wishes, deadline, precedence))
         return errorOf(*obstacle);
     return step();
 }
 
+LinuxFileCoordination::Wishes LinuxFileCoordination::wishesFor(std::span<const WriteIntent> intents) const
+{
+    Wishes wishes;
+    for (const auto& intent : intents)
+        wishes.push_back({realPath(intent.url), true});
+    return wishes;
+}
+
 std::string LinuxFileCoordination::realPath(const URL& url) const
 {
-    const auto folder = services_.files.resolvingSymbolicLinks(url.deletingLastPathComponent());
-    return folder.appending(url.lastPathComponent()).path();
+    const auto folder = url.deletingLastPathComponent();
+    const auto real = realFolder(folder.path());
+    const auto place = real ? URL::file(*real) : services_.files.resolvingSymbolicLinks(folder);
+    return place.appending(url.lastPathComponent()).path();
 }
 
 std::optional<Error> LinuxFileCoordination::tell(const Notice& notice, const FilePresenter* asker) const
 {
-    if (!locks_.isAnybodyListening())
-        return std::nullopt;
     const auto deadline = Answers::Time::clock::now() + kLongestAnswer;
     const auto answers = std::make_shared<Answers>();
     presenters_.tell(notice, asker, answers);
@@ -177,12 +205,14 @@ Error LinuxFileCoordination::errorOf(const ProcessLocks::Obstacle& obstacle) con
 
 void LinuxFileCoordination::itemWillMove(const URL& from, const URL& to)
 {
-    (void)tell({Notice::Kind::WillMove, realPath(from), realPath(to)}, nullptr);
+    if (locks_.marks().isSomebodyListening)
+        (void)tell({Notice::Kind::WillMove, realPath(from), realPath(to)}, nullptr);
 }
 
 void LinuxFileCoordination::itemDidMove(const URL& from, const URL& to, const FilePresenter* asker)
 {
-    (void)tell({Notice::Kind::Moved, realPath(from), realPath(to)}, asker);
+    if (locks_.marks().isSomebodyListening)
+        (void)tell({Notice::Kind::Moved, realPath(from), realPath(to)}, asker);
 }
 
 void LinuxFileCoordination::addPresenter(FilePresenter& presenter)

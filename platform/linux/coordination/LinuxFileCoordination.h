@@ -54,7 +54,8 @@ private:
 
     [[nodiscard]] std::optional<Error> download(const URL&, const FileCoordinator::Progress&,
                                                 const FilePresenter* asker);
-    [[nodiscard]] std::optional<Error> inTurn(const Wishes&, const Step&);
+    [[nodiscard]] std::optional<Error> inTurn(const Wishes&, ProcessLocks::Marks, const Step&);
+    [[nodiscard]] Wishes wishesFor(std::span<const WriteIntent>) const;
     [[nodiscard]] std::string realPath(const URL&) const;
     [[nodiscard]] std::optional<Error> tell(const Notice&, const FilePresenter* asker) const;
     [[nodiscard]] std::optional<Error> tellAll(Notice::Kind, std::span<const WriteIntent>, const Wishes&,

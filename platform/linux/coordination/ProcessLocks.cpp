@@ -115,21 +115,24 @@ FileDescriptor ProcessLocks::listen() const
     return file;
 }
 
-bool ProcessLocks::isAnybodyListening() const
+// One question to the kernel while there is neither, which is nearly always.
+ProcessLocks::Marks ProcessLocks::marks() const
 {
-    return marks_.isOpen() && isLocked(marks_.get(), kSomebodyListens, 1);
+    const int file = marks_.get();
+    if (!marks_.isOpen() || !isLocked(file, kSomebodyWaits, kSomebodyListens + 1))
+        return {};
+    return {isLocked(file, kSomebodyWaits, 1), isLocked(file, kSomebodyListens, 1)};
 }
 
 std::optional<ProcessLocks::Obstacle> ProcessLocks::Access::acquire(const std::vector<AccessWish>& wishes,
-                                                                    Clock::Ticks deadline, bool mayOvertake)
+                                                                    Clock::Ticks deadline, Precedence precedence)
 {
     if (!file_.isOpen())
         return std::nullopt;
     const auto nodes = lockNodesFor(wishes);
-    const bool isSomebodyInLine = !mayOvertake && isLocked(file_.get(), kSomebodyWaits, 1);
-    if (!isSomebodyInLine && lockAll(file_.get(), nodes, 0) != Outcome::InUse)
+    if (precedence != Precedence::OverNobody && lockAll(file_.get(), nodes, 0) != Outcome::InUse)
         return std::nullopt;
-    return waitInLine(nodes, deadline, mayOvertake);
+    return waitInLine(nodes, deadline, precedence == Precedence::OverEverybody);
 }
 
 std::optional<ProcessLocks::Obstacle> ProcessLocks::Access::waitInLine(const std::vector<LockNode>& nodes,

@@ -25,6 +25,20 @@ public:
     /// @param folder of the user's own, made when it is missing
     ProcessLocks(const URL& folder, const Clock& clock);
 
+    /// What processes want others to know.
+    struct Marks {
+        bool isSomebodyInLine = false;
+        bool isSomebodyListening = false; ///< somebody, this process included, wants to hear of accesses
+    };
+    [[nodiscard]] Marks marks() const;
+
+    /// Whether an access goes ahead of those in line.
+    enum class Precedence {
+        OverNobody,
+        NobodyInLine,
+        OverEverybody, ///< for a thread that holds something already, for which they may be waiting
+    };
+
     /// Why an access has not been given what it wanted.
     struct Obstacle {
         std::string path; ///< an item that it wanted, or a folder above one
@@ -35,10 +49,9 @@ public:
     class Access {
     public:
         /// Waits for all that is wished. Called once.
-        /// @param mayOvertake for a thread that holds something already, for which those before it may be waiting
         /// @returns the obstacle, once the clock's uptime has reached the deadline
         [[nodiscard]] std::optional<Obstacle> acquire(const std::vector<AccessWish>&, Clock::Ticks deadline,
-                                                      bool mayOvertake);
+                                                      Precedence);
 
     private:
         friend class ProcessLocks;
@@ -56,8 +69,6 @@ public:
 
     /// Tells every process, as long as the answer is held, that somebody wants to hear of accesses.
     [[nodiscard]] FileDescriptor listen() const;
-    /// Whether any process wants that, this one included.
-    [[nodiscard]] bool isAnybodyListening() const;
 
 private:
     [[nodiscard]] FileDescriptor open() const;
