@@ -71,14 +71,23 @@ std::shared_ptr<StackView> stack(StackView::Axis axis, const std::vector<std::sh
     return made;
 }
 
-Image drawnFlag()
+/// A picture that is shown larger than it is.
+class EnlargedView final : public ImageView {
+public:
+    [[nodiscard]] Size intrinsicContentSize() const override { return {144, 96}; }
+};
+
+/// Nine units wide and six high.
+std::shared_ptr<const DisplayList> flag(double unit)
 {
     const auto drawing = std::make_shared<DisplayList>();
     for (int stripe = 0; stripe < 3; ++stripe) {
         drawing->setFillColor({0.2 + 0.3 * stripe, 0.4, 0.8 - 0.3 * stripe, 1});
-        drawing->fillRect({0, 16.0 * stripe, 72, 16});
+        drawing->fillRect({0, 2 * unit * stripe, 9 * unit, 2 * unit});
     }
-    return Image::drawn(drawing, {72, 48});
+    drawing->setFillColor(Color::white());
+    drawing->fillOval({3 * unit, 1.5 * unit, 3 * unit, 3 * unit});
+    return drawing;
 }
 
 } // namespace
@@ -107,6 +116,7 @@ void GalleryPage::addText(std::string text)
 void GalleryPage::addButton(std::string title, std::function<void(GalleryPage&, Button&)> pressed)
 {
     const auto button = std::make_shared<Button>(std::move(title));
+    button->setTitleFont(Font::preferred(TextStyle::Body));
     button->pressed = [this, weakButton = std::weak_ptr(button), pressed = std::move(pressed)] {
         if (const auto held = weakButton.lock())
             pressed(*this, *held);
@@ -193,13 +203,16 @@ std::shared_ptr<GalleryPage> galleryPictures()
     page->addText("A symbol, icons, and a picture that the program drew");
     page->add(stack(StackView::Axis::Horizontal,
                     {picture(Image::symbol("folder-add")), picture(Image::icon("folder", {48, 48})),
-                     picture(Image::icon("text-x-generic", {48, 48})), picture(drawnFlag())}));
+                     picture(Image::icon("text-x-generic", {48, 48})), picture(Image::drawn(flag(8), {72, 48}))}));
     page->addText("A view that draws itself: 40 %");
     page->add(std::make_shared<Pie>(0.4));
     page->addText("Enlarged smoothly, and to the next pixel");
-    const auto sharp = picture(drawnFlag());
+    const auto smooth = std::make_shared<EnlargedView>();
+    const auto sharp = std::make_shared<EnlargedView>();
     sharp->setMagnification(Magnification::NearestNeighbour);
-    page->add(stack(StackView::Axis::Horizontal, {picture(drawnFlag()), sharp}));
+    for (const auto& view : {smooth, sharp})
+        view->setImage(Image::drawn(flag(1), {9, 6}));
+    page->add(stack(StackView::Axis::Horizontal, {smooth, sharp}));
     return page;
 }
 

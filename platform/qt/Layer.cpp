@@ -1,7 +1,9 @@
 #include "platform/qt/Layer.h"
 
+#include "platform/base/Platform.h"
 #include "platform/qt/AlertButton.h"
 #include "platform/ui/AlertController.h"
+#include "platform/ui/Device.h"
 #include "platform/ui/NavigationController.h"
 
 #include <algorithm>
@@ -102,6 +104,15 @@ void Layer::setAnchor(const QRectF& anchor)
     emit anchorChanged();
 }
 
+void Layer::setContentWidth(double width)
+{
+    if (width <= 0 || width == contentWidth_)
+        return;
+    contentWidth_ = width;
+    emit contentWidthChanged();
+    platform::installed().device.tellScreenChanged();
+}
+
 void Layer::syncAlert(const std::shared_ptr<AlertController>& alert)
 {
     const auto& actions = alert->actions();
@@ -135,7 +146,7 @@ void Layer::setDark(bool dark)
         pages_->setDark(dark);
 }
 
-void Layer::layOut(const Size& window) const
+void Layer::layOut(const Size& window, bool isTablet) const
 {
     if (const auto alert = this->alert()) {
         if (const auto& content = alert->contentViewController())
@@ -146,7 +157,7 @@ void Layer::layOut(const Size& window) const
         controller()->layoutView({0, 0, window.width, window.height});
         return;
     }
-    const auto width = std::min(kPopoverWidth, window.width - 2 * kPopoverMargin);
+    const auto width = isTablet ? std::min(kPopoverWidth, window.width - 2 * kPopoverMargin) : window.width;
     const auto most = window.height * kTallestPopover;
     controller()->layoutView({0, 0, width, heightOf(controller()->view(), width, most, kPopoverHeight)});
 }

@@ -33,7 +33,7 @@ class Layer : public Presence {
     Q_PROPERTY(tessel::qt::Node* root READ root CONSTANT)
     Q_PROPERTY(tessel::qt::PageStack* pages READ pages CONSTANT)
     Q_PROPERTY(bool overContext READ isOverContext CONSTANT)
-    Q_PROPERTY(double contentWidth MEMBER contentWidth_ NOTIFY contentWidthChanged)
+    Q_PROPERTY(double contentWidth READ contentWidth WRITE setContentWidth NOTIFY contentWidthChanged)
     Q_PROPERTY(QRectF anchor MEMBER anchor_ NOTIFY anchorChanged)
     Q_PROPERTY(bool anchorLeftOrRight READ anchorLeftOrRight CONSTANT)
 
@@ -44,7 +44,10 @@ public:
     [[nodiscard]] QString kind() const;
     [[nodiscard]] QString message() const;
     [[nodiscard]] Node* content(); ///< the area of an alert that is the program's own, or null
-    [[nodiscard]] Node* root();    ///< of "views" and "popover" without pages, else null
+    /// The room for `content`, in points: QML writes it.
+    [[nodiscard]] double contentWidth() const { return contentWidth_; }
+    void setContentWidth(double);
+    [[nodiscard]] Node* root();                               ///< of "views" and "popover" without pages, else null
     [[nodiscard]] PageStack* pages() const { return pages_; } ///< when a navigation stack is presented, else null
     [[nodiscard]] bool isOverContext() const;                 ///< what lies beneath shows through
     [[nodiscard]] bool anchorLeftOrRight() const;
@@ -57,7 +60,7 @@ public:
     void setAnchor(const QRectF& anchor);
     void setDark(bool);
     /// Lays out what the program shows in this layer.
-    void layOut(const Size& window) const;
+    void layOut(const Size& window, bool isTablet) const;
 
     /// A touch beside it, or Escape: cancels an alert, ends a popover; nothing else can be ended so.
     Q_INVOKABLE bool cancel();
@@ -79,7 +82,7 @@ private:
     QVariantList actions_;
     QVariantList fields_;
     QRectF anchor_;
-    double contentWidth_ = 238; ///< points; QML writes what room it has for `content`
+    double contentWidth_ = 238;
 };
 
 } // namespace tessel::qt

@@ -207,7 +207,7 @@ PresenceList::Controllers Shell::layOutOnce()
     const auto presented = LayerList::presentedBy(rootController());
     layers_->follow(rootController());
     for (const auto* const layer : layers_->layers()) {
-        layer->layOut(window);
+        layer->layOut(window, isTablet());
         if (const auto navigation = layer->navigation())
             layOutTop(*navigation, window);
     }

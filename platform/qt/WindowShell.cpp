@@ -56,13 +56,21 @@ private:
     const bool isWanted_;
 };
 
+/// That of the texts; Qt's own notion of it takes that of numbers.
+QLocale userLocale()
+{
+    for (const auto* name : {"LC_ALL", "LC_MESSAGES", "LANG"})
+        if (!qEnvironmentVariableIsEmpty(name))
+            return QLocale(qEnvironmentVariable(name));
+    return QLocale::c();
+}
+
 void nameApplication()
 {
     QGuiApplication::setApplicationName("tesseldrive");
     QGuiApplication::setDesktopFileName("orvane.TesselDrive");
     QGuiApplication::setWindowIcon(QIcon(":/tessel/app/orvane.TesselDrive.svg"));
-    const auto languages = QLocale::system().uiLanguages();
-    QGuiApplication::setLayoutDirection(QLocale(languages.value(0)).textDirection());
+    QGuiApplication::setLayoutDirection(userLocale().textDirection());
 }
 
 void describeDevice(Device& device, const qt::SystemAppearance& appearance)

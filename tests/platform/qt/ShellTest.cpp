@@ -137,6 +137,19 @@ TEST_F(ShellTest, LaysOutBetweenTheBarsInTheWindowsSize)
     EXPECT_TRUE(shell.isTablet());
 }
 
+TEST_F(ShellTest, LaysOutAnAlertsOwnAreaInTheRoomThatQmlGivesIt)
+{
+    push(plain("Root"));
+    const auto content = plain("Content");
+    const auto asked = alert();
+    asked->setContentViewController(content);
+    navigation->present(asked, Animated::Yes);
+    settle();
+    layers()[0]->setProperty("contentWidth", 300.0);
+    settle();
+    EXPECT_EQ(content->view().frame().width, 300);
+}
+
 // Were each layout told of in a turn of its own, the program would never rest again.
 TEST_F(ShellTest, RestsWhenAControllerWantsALayoutWheneverItIsLaidOut)
 {
