@@ -1,6 +1,7 @@
 #include "platform/qt/Scene.h"
 
 #include "platform/base/Platform.h"
+#include "platform/qt/DisabledItems.h"
 #include "platform/qt/Shell.h"
 #include "platform/qt/images/IconProvider.h"
 #include "platform/qt/images/SymbolProvider.h"
@@ -19,6 +20,7 @@ Scene::Scene(Shell& shell) : shell_(shell)
 {
     qml_register_types_Tessel(); // also has the linker take it
     addImages();
+    tellDisabledItems();
     const auto bounds = platform::installed().device.screenBounds();
     engine_.setInitialProperties({{"width", qRound(bounds.width)}, {"height", qRound(bounds.height)}});
     engine_.addImportPath("qrc:/qt/qml");

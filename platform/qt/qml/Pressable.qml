@@ -9,7 +9,7 @@ MouseArea {
     readonly property color paint: usable ? Theme.accent : Theme.faint
     signal activated
 
-    // Not `enabled`: a disabled item cannot be found by those who listen to the screen.
+    // Not `enabled`: what cannot be used still takes the touches that fall on it.
     activeFocusOnTab: usable
     hoverEnabled: true
     onClicked: activate()
