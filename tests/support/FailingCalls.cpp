@@ -47,7 +47,8 @@ int listenToCalls()
 }
 
 // Until the thread that is asked about has ended.
-int answerCalls(int listener, int n, int errorNumber)
+// @param atNth what the n-th call fails with, negative, or 0 for it to be made
+int answerCalls(int listener, int n, const std::function<int()>& atNth)
 {
     // Linux 6.6 answers several times faster when it is asked to; the headers may be older.
     constexpr std::uint64_t kWakeAtOnce = 1;
@@ -60,18 +61,14 @@ int answerCalls(int listener, int n, int errorNumber)
             continue;
         seccomp_notif_resp answer = {};
         answer.id = call.id;
-        if (++count == n)
-            answer.error = -errorNumber;
-        else
-            answer.flags = SECCOMP_USER_NOTIF_FLAG_CONTINUE;
+        answer.error = ++count == n ? atNth() : 0;
+        answer.flags = answer.error == 0 ? SECCOMP_USER_NOTIF_FLAG_CONTINUE : 0;
         ::ioctl(listener, SECCOMP_IOCTL_NOTIF_SEND, &answer);
     }
     return count;
 }
 
-} // namespace
-
-bool runWithFailingCall(int n, int errorNumber, const std::function<void()>& work)
+bool run(int n, const std::function<int()>& atNth, const std::function<void()>& work)
 {
     std::promise<int> listening;
     std::thread thread([&] {
@@ -79,10 +76,27 @@ bool runWithFailingCall(int n, int errorNumber, const std::function<void()>& wor
         work();
     });
     const int listener = listening.get_future().get();
-    const int count = listener < 0 ? 0 : answerCalls(listener, n, errorNumber);
+    const int count = listener < 0 ? 0 : answerCalls(listener, n, atNth);
     thread.join();
     ::close(listener);
     return count >= n;
+}
+
+} // namespace
+
+bool runWithFailingCall(int n, int errorNumber, const std::function<void()>& work)
+{
+    return run(
+        n, [&] { return -errorNumber; }, work);
+}
+
+bool runInterrupted(int n, const std::function<void()>& meanwhile, const std::function<void()>& work)
+{
+    const auto atNth = [&] {
+        meanwhile();
+        return 0;
+    };
+    return run(n, atNth, work);
 }
 
 bool canMakeCallsFail()

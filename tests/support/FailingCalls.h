@@ -9,6 +9,9 @@ namespace tessel {
 /// @returns whether there was an n-th call
 [[nodiscard]] bool runWithFailingCall(int n, int errorNumber, const std::function<void()>& work);
 
+/// Runs work in the same way and, before its n-th call, something else.
+[[nodiscard]] bool runInterrupted(int n, const std::function<void()>& meanwhile, const std::function<void()>& work);
+
 /// Whether the system lets a test do so.
 [[nodiscard]] bool canMakeCallsFail();
 

@@ -2,6 +2,7 @@
 #include "platform/files/TypeRegistry.h"
 #include "platform/linux/base/ErrnoError.h"
 #include "platform/linux/cloud/DocumentStore.h"
+#include "platform/linux/cloud/PlaceholderChanges.h"
 #include "platform/linux/files/CompareItems.h"
 #include "platform/linux/files/CopyContent.h"
 #include "platform/linux/files/ExtendedAttributes.h"
@@ -71,12 +72,6 @@ std::optional<std::string> attribute(const URL& url, const char* name)
 {
     const auto value = extendedAttribute(url, name);
     return value ? *value : std::nullopt;
-}
-
-bool copyAttributesTo(const URL& placeholder, int file)
-{
-    const auto to = opened(placeholder, O_RDONLY);
-    return to.isOpen() && copyAttributes(file, to.get());
 }
 
 bool syncFolder(const URL& folder)
@@ -153,16 +148,25 @@ std::optional<Error> DocumentStore::replaceByPlaceholder(const URL& document, in
     const auto attributes = fileAttributesAt(AT_FDCWD, document.path().c_str());
     if (!attributes)
         return errnoError(errno, document);
-    auto failure = writePlaceholder(document, {name, stamp.size, attributes->creationDate, Date{stamp.modified},
-                                               types_.identifierForFileName(name), std::move(identifier),
-                                               attribute(document, kSharedAttribute)});
-    if (!failure && !copyAttributesTo(placeholder, file))
-        failure = errnoError(errno, document);
-    if (!failure)
+    // One that is there is in the shadow of the document, of a download that was interrupted at its very end.
+    uninterrupted([&] { return ::unlink(placeholder.path().c_str()); });
+    const PlaceholderRecord record = {name,
+                                      stamp.size,
+                                      attributes->creationDate,
+                                      Date{stamp.modified},
+                                      types_.identifierForFileName(name),
+                                      std::move(identifier),
+                                      attribute(document, kSharedAttribute)};
+    auto failure = makePlaceholder(document, record, file, unfinished_);
+    if (failure)
+        return failure;
+    if (syncFolder(document.deletingLastPathComponent()))
         failure = removeIfUnchanged(document, stamp, isUntouched);
+    else
+        failure = errnoError(errno, document);
     if (failure)
         uninterrupted([&] { return ::unlink(placeholder.path().c_str()); });
-    return failure ? std::optional(errorNaming(document, *std::move(failure))) : std::nullopt;
+    return failure;
 }
 
 std::optional<Error> DocumentStore::removeIfUnchanged(const URL& document, const ItemStamp& stamp,

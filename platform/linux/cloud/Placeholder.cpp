@@ -126,8 +126,6 @@ std::string nameFor(std::string_view fileName, FieldReader& fields)
 
 void setName(json& object, std::string_view name, const char* key, const char* base64Key)
 {
-    object.erase(key);
-    object.erase(base64Key);
     if (isValidUTF8(name))
         object[key] = name;
     else
@@ -155,13 +153,6 @@ std::optional<PlaceholderRecord> parsedRecord(const std::string& content, std::s
     return fields.isDamaged() ? std::nullopt : std::optional(std::move(record));
 }
 
-Error damage(const URL& placeholder)
-{
-    return {Domain::General, ErrorCode::kReadCorrupt,
-            "The record of the document behind “" + std::string(placeholder.lastPathComponent()) + "” is damaged.",
-            "The record is damaged"};
-}
-
 } // namespace
 
 URL placeholderURL(const URL& logical)
@@ -185,39 +176,32 @@ Result<PlaceholderRecord> readPlaceholder(const URL& placeholder)
         return content.error();
     auto record = parsedRecord(*content, placeholder.lastPathComponent());
     if (!record || placeholderName(record->name) != placeholder.lastPathComponent())
-        return damage(placeholder);
+        return Error{Domain::General, ErrorCode::kReadCorrupt,
+                     "The record of the document behind “" + std::string(placeholder.lastPathComponent()) +
+                         "” is damaged.",
+                     "The record is damaged"};
     return *std::move(record);
 }
 
-std::optional<Error> writePlaceholder(const URL& logical, const PlaceholderRecord& record)
+std::string placeholderContent(const PlaceholderRecord& record, std::optional<std::string_view> nextName)
 {
     json object = {{"size", record.size},
                    {"modificationDate", record.modificationDate.nanoseconds},
                    {"type", record.type},
                    {"identifier", record.identifier}};
     setName(object, record.name, kName, kNameBase64);
+    if (nextName)
+        setName(object, *nextName, kNextName, kNextNameBase64);
     if (record.creationDate)
         object["creationDate"] = record.creationDate->nanoseconds;
     if (record.sharedRole)
         object["sharedRole"] = *record.sharedRole;
-    return writeFileAtomically(placeholderURL(logical), serialised(object));
+    return serialised(object);
 }
 
-std::optional<Error> addNameToPlaceholder(const URL& logical, std::string_view nextName)
+std::optional<Error> writePlaceholder(const URL& logical, const PlaceholderRecord& record)
 {
-    const auto placeholder = placeholderURL(logical);
-    const auto record = readPlaceholder(placeholder);
-    if (!record)
-        return record.error();
-    const auto content = readSmallFile(placeholder, kMaximumSize);
-    if (!content)
-        return content.error();
-    auto object = json::parse(*content, nullptr, false);
-    if (!object.is_object())
-        return damage(placeholder);
-    setName(object, record->name, kName, kNameBase64);
-    setName(object, nextName, kNextName, kNextNameBase64);
-    return writeFileAtomically(placeholder, serialised(object), KeepAttributes::Yes);
+    return writeFileAtomically(placeholderURL(logical), placeholderContent(record));
 }
 
 } // namespace tessel

@@ -36,12 +36,13 @@ struct PlaceholderRecord {
 /// A corrupt-file error (259) when the file is no record, or one of a document that does not belong here.
 Result<PlaceholderRecord> readPlaceholder(const URL& placeholder);
 
+/// What the placeholder of a document holds.
+/// @param nextName a second name that it fits: renaming the placeholder to fit that name (placeholderURL) then renames
+///        the document, in one step
+[[nodiscard]] std::string placeholderContent(const PlaceholderRecord&, std::optional<std::string_view> nextName = {});
+
 /// Makes or replaces the placeholder of a document, whole or not at all.
 /// @param record its name is that of `logical`
 [[nodiscard]] std::optional<Error> writePlaceholder(const URL& logical, const PlaceholderRecord& record);
-
-/// Makes the record of a document fit its next name too, beside its present one: renaming the placeholder to fit that
-/// name (placeholderURL) then renames the document, in one step. Attributes are kept.
-[[nodiscard]] std::optional<Error> addNameToPlaceholder(const URL& logical, std::string_view nextName);
 
 } // namespace tessel

@@ -1,7 +1,6 @@
 #include "platform/linux/files/AtomicFile.h"
 
 #include "platform/linux/base/ErrnoError.h"
-#include "platform/linux/files/CopyContent.h"
 #include "platform/linux/files/FileDescriptor.h"
 #include "platform/linux/files/WriteAll.h"
 
@@ -40,15 +39,11 @@ public:
             ::unlink(path_.c_str());
     }
 
-    [[nodiscard]] bool fill(std::string_view bytes) { return exists_ && writeAll(descriptor_.get(), bytes); }
-
-    [[nodiscard]] bool takeAttributesOf(const URL& url)
+    [[nodiscard]] bool fill(std::string_view bytes)
     {
-        const FileDescriptor other(::open(url.path().c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-        return other.isOpen() && copyAttributes(other.get(), descriptor_.get());
+        return exists_ && writeAll(descriptor_.get(), bytes) && ::fsync(descriptor_.get()) == 0 &&
+               ::close(descriptor_.release()) == 0;
     }
-
-    [[nodiscard]] bool finish() { return ::fsync(descriptor_.get()) == 0 && ::close(descriptor_.release()) == 0; }
 
     [[nodiscard]] bool renameTo(const std::string& path)
     {
@@ -85,13 +80,12 @@ bool syncFolder(const URL& folder)
 
 } // namespace
 
-std::optional<Error> writeFileAtomically(const URL& url, std::string_view bytes, KeepAttributes keep)
+std::optional<Error> writeFileAtomically(const URL& url, std::string_view bytes)
 {
     int errorNumber = 0;
     {
         TemporarySibling sibling(url);
-        if (!sibling.fill(bytes) || (keep == KeepAttributes::Yes && !sibling.takeAttributesOf(url)) ||
-            !sibling.finish() || !sibling.renameTo(url.path()) || !syncFolder(url.deletingLastPathComponent()))
+        if (!sibling.fill(bytes) || !sibling.renameTo(url.path()) || !syncFolder(url.deletingLastPathComponent()))
             errorNumber = errno;
     }
     return errorNumber == 0 ? std::nullopt : std::optional(errnoError(errorNumber, url));

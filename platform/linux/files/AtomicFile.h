@@ -10,14 +10,10 @@
 
 namespace tessel {
 
-/// Whether the new content takes over the user's attributes of the old one.
-enum class KeepAttributes { No, Yes };
-
 /// Makes or replaces a file (mode 0600) whole or not at all, and on disk when the call returns without an error. After
 /// an error the old content is still there and nothing is left beside it; only when the folder cannot be synced is the
 /// new content in place, though not surely on disk.
-[[nodiscard]] std::optional<Error> writeFileAtomically(const URL&, std::string_view bytes,
-                                                       KeepAttributes = KeepAttributes::No);
+[[nodiscard]] std::optional<Error> writeFileAtomically(const URL&, std::string_view bytes);
 
 /// Removes what writeFileAtomically left in a folder when it was killed: its temporary files that are older than a
 /// minute. A younger one may still be in use.

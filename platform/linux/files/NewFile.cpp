@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <string>
 
 namespace tessel {
@@ -30,7 +31,7 @@ FileDescriptor opened(const URL& url, int flags)
 Result<NewFile> NewFile::create(const URL& place, const URL& named, const UnfinishedWork& unfinished)
 {
     if (auto file = opened(place.deletingLastPathComponent(), O_TMPFILE); file.isOpen())
-        return NewFile(place, std::nullopt, {}, std::move(file));
+        return NewFile(place, unfinished, std::nullopt, {}, std::move(file));
     if (!isRefusalOfUnnamedFiles(errno))
         return errnoError(errno, named);
     auto hidden = hiddenNameBeside(place);
@@ -38,7 +39,7 @@ Result<NewFile> NewFile::create(const URL& place, const URL& named, const Unfini
     auto file = opened(hidden, O_CREAT | O_EXCL);
     if (!file.isOpen())
         return errnoError(errno, named);
-    return NewFile(place, std::move(hidden), std::move(note), std::move(file));
+    return NewFile(place, unfinished, std::move(hidden), std::move(note), std::move(file));
 }
 
 NewFile::~NewFile()
@@ -49,16 +50,35 @@ NewFile::~NewFile()
 
 bool NewFile::publish()
 {
-    if (hidden_) {
-        const bool isPublished = renameWithoutReplacing(*hidden_, place_);
-        if (isPublished)
-            hidden_.reset();
-        return isPublished;
+    if (!hidden_)
+        return giveName(place_);
+    const bool isPublished = renameWithoutReplacing(*hidden_, place_);
+    if (isPublished)
+        hidden_.reset();
+    return isPublished;
+}
+
+bool NewFile::replace()
+{
+    if (!hidden_) {
+        const auto hidden = hiddenNameBeside(place_);
+        note_ = unfinished_.remember({hidden, {}, {}, {}, {}});
+        if (!giveName(hidden))
+            return false;
+        hidden_ = hidden;
     }
+    const bool hasReplaced =
+        uninterrupted([&] { return std::rename(hidden_->path().c_str(), place_.path().c_str()); }) == 0;
+    if (hasReplaced)
+        hidden_.reset();
+    return hasReplaced;
+}
+
+bool NewFile::giveName(const URL& name) const
+{
     const auto self = "/proc/self/fd/" + std::to_string(file_.get());
-    return uninterrupted([&] {
-               return ::linkat(AT_FDCWD, self.c_str(), AT_FDCWD, place_.path().c_str(), AT_SYMLINK_FOLLOW);
-           }) == 0;
+    return uninterrupted(
+               [&] { return ::linkat(AT_FDCWD, self.c_str(), AT_FDCWD, name.path().c_str(), AT_SYMLINK_FOLLOW); }) == 0;
 }
 
 } // namespace tessel

@@ -18,8 +18,8 @@ public:
     static Result<NewFile> create(const URL& place, const URL& named, const UnfinishedWork&);
 
     NewFile(NewFile&& other) noexcept
-        : place_(other.place_), hidden_(std::exchange(other.hidden_, {})), note_(std::move(other.note_)),
-          file_(std::move(other.file_))
+        : place_(other.place_), unfinished_(other.unfinished_), hidden_(std::exchange(other.hidden_, {})),
+          note_(std::move(other.note_)), file_(std::move(other.file_))
     {
     }
     NewFile& operator=(NewFile&&) = delete;
@@ -31,14 +31,21 @@ public:
     /// Gives it its place, unless something is there (EEXIST).
     /// @returns false with errno set when it has no place
     [[nodiscard]] bool publish();
+    /// Puts it in the place of what is there.
+    [[nodiscard]] bool replace();
 
 private:
-    NewFile(URL place, std::optional<URL> hidden, UnfinishedWork::Note note, FileDescriptor file)
-        : place_(std::move(place)), hidden_(std::move(hidden)), note_(std::move(note)), file_(std::move(file))
+    NewFile(URL place, const UnfinishedWork& unfinished, std::optional<URL> hidden, UnfinishedWork::Note note,
+            FileDescriptor file)
+        : place_(std::move(place)), unfinished_(unfinished), hidden_(std::move(hidden)), note_(std::move(note)),
+          file_(std::move(file))
     {
     }
 
+    [[nodiscard]] bool giveName(const URL&) const;
+
     const URL place_;
+    const UnfinishedWork& unfinished_;
     std::optional<URL> hidden_;
     UnfinishedWork::Note note_;
     FileDescriptor file_;

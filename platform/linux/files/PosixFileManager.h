@@ -26,6 +26,7 @@ public:
                        const std::function<OnEnumerationError(const URL&, const Error&)>& onError) const override;
 
 private:
+    [[nodiscard]] std::optional<Error> createWithParents(const URL&);
     [[nodiscard]] std::optional<Error> removeFolder(const URL&);
     [[nodiscard]] std::optional<Error> moveToFreeName(const URL& from, const URL& to);
     [[nodiscard]] std::optional<Error> movePlaceholder(const URL& from, const URL& to);

@@ -1,5 +1,5 @@
 #include "platform/linux/base/ErrnoError.h"
-#include "platform/linux/cloud/Placeholder.h"
+#include "platform/linux/cloud/PlaceholderChanges.h"
 #include "platform/linux/files/MoveBetweenFileSystems.h"
 #include "platform/linux/files/PosixFileManager.h"
 #include "platform/linux/files/RemoveTree.h"
@@ -12,8 +12,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
-#include <vector>
 
 namespace tessel {
 
@@ -62,48 +62,18 @@ bool dropShadowedPlaceholder(const URL& url)
     return unlinkItem(placeholderURL(url)) || errno == ENOENT;
 }
 
-// Folders made for one that is wanted in them, so that they can be removed again.
-class NewFolders {
-public:
-    // False with errno set when the folder is not there.
-    bool make(const URL& url, WithIntermediates intermediates)
-    {
-        if (!isFree(placeholderURL(url)))
-            return false;
-        if (makeOne(url))
-            return true;
-        if (intermediates == WithIntermediates::No)
-            return false;
-        if (errno == EEXIST)
-            return isThere(url);
-        const auto parent = url.deletingLastPathComponent();
-        return errno == ENOENT && parent != url && make(parent, intermediates) && makeOne(url);
-    }
+bool makeFolder(const URL& url)
+{
+    return uninterrupted([&] { return ::mkdir(url.path().c_str(), 0777); }) == 0;
+}
 
-    void undo()
-    {
-        for (auto url = made_.rbegin(); url != made_.rend(); ++url)
-            (void)unlinkFolder(*url);
-    }
-
-private:
-    bool makeOne(const URL& url)
-    {
-        const bool isMade = uninterrupted([&] { return ::mkdir(url.path().c_str(), 0777); }) == 0;
-        if (isMade)
-            made_.push_back(url);
-        return isMade;
-    }
-
-    static bool isThere(const URL& url)
-    {
-        const bool isFound = isFolder(url);
-        errno = EEXIST;
-        return isFound;
-    }
-
-    std::vector<URL> made_;
-};
+// Errno says EEXIST when it is something else.
+bool isFolderThere(const URL& url)
+{
+    const bool isFound = isFolder(url);
+    errno = EEXIST;
+    return isFound;
+}
 
 } // namespace
 
@@ -119,11 +89,35 @@ std::optional<FileKind> PosixFileManager::kindOfItem(const std::string& path) co
 
 std::optional<Error> PosixFileManager::createDirectory(const URL& url, WithIntermediates intermediates)
 {
-    NewFolders folders;
-    if (folders.make(url, intermediates))
+    if (isFree(placeholderURL(url)) && makeFolder(url))
+        return std::nullopt;
+    if (intermediates == WithIntermediates::Yes && errno == EEXIST && isFolderThere(url))
+        return std::nullopt;
+    if (intermediates == WithIntermediates::Yes && errno == ENOENT)
+        return createWithParents(url);
+    return errnoError(errno, url);
+}
+
+// All of them out of sight first, so that they come to be in one step.
+std::optional<Error> PosixFileManager::createWithParents(const URL& url)
+{
+    auto first = url;
+    for (auto parent = url.deletingLastPathComponent(); isFree(parent); parent = parent.deletingLastPathComponent())
+        first = parent;
+    if (errno != EEXIST || !isFree(placeholderURL(first)))
+        return errnoError(errno, url);
+    const auto hidden = hiddenNameBeside(first);
+    auto note = unfinished_.remember({hidden, {}, {}, {}, {}});
+    bool isMade = makeFolder(hidden);
+    for (auto slash = first.path().size(); isMade && slash < url.path().size();) {
+        slash = std::min(url.path().find('/', slash + 1), url.path().size());
+        isMade = makeFolder(hidden.appending(url.path().substr(first.path().size(), slash - first.path().size())));
+    }
+    if (isMade && renameWithoutReplacing(hidden, first))
         return std::nullopt;
     auto error = errnoError(errno, url);
-    folders.undo();
+    if (removeTree(hidden, Protection::Override, url))
+        note.abandon();
     return error;
 }
 
@@ -175,8 +169,8 @@ std::optional<Error> PosixFileManager::movePlaceholder(const URL& from, const UR
     if (!isFree(to))
         return errnoError(errno, from);
     if (from.lastPathComponent() != to.lastPathComponent())
-        if (auto error = addNameToPlaceholder(from, to.lastPathComponent()))
-            return errorNaming(from, *std::move(error));
+        if (auto error = addNameToPlaceholder(from, to.lastPathComponent(), unfinished_))
+            return error;
     return moveEntry(placeholderURL(from), placeholderURL(to), from);
 }
 

@@ -18,7 +18,7 @@ Result<WithdrawnItem> WithdrawnItem::withdraw(const URL& url, const URL& named, 
     auto note = unfinished.remember(should);
     if (!renameWithoutReplacing(url, hidden))
         return errnoError(errno, named);
-    return WithdrawnItem(url, named, std::move(hidden), std::move(note));
+    return WithdrawnItem(url, named, unfinished, std::move(hidden), std::move(note));
 }
 
 WithdrawnItem::~WithdrawnItem()
@@ -29,6 +29,8 @@ WithdrawnItem::~WithdrawnItem()
 
 std::optional<Error> WithdrawnItem::remove()
 {
+    // From here on there is no going back, whatever is left of it.
+    note_ = unfinished_.remember({*hidden_, {}, {}, {}, {}});
     auto error = removeTree(*hidden_, Protection::Respect, named_);
     if (error)
         putBack();

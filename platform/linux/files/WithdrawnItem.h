@@ -18,8 +18,8 @@ public:
                                           UnfinishedChange should = {});
 
     WithdrawnItem(WithdrawnItem&& other) noexcept
-        : place_(other.place_), named_(other.named_), hidden_(std::exchange(other.hidden_, {})),
-          note_(std::move(other.note_))
+        : place_(other.place_), named_(other.named_), unfinished_(other.unfinished_),
+          hidden_(std::exchange(other.hidden_, {})), note_(std::move(other.note_))
     {
     }
     WithdrawnItem& operator=(WithdrawnItem&&) = delete;
@@ -33,14 +33,16 @@ public:
     [[nodiscard]] std::optional<Error> remove();
 
 private:
-    WithdrawnItem(URL place, URL named, URL hidden, UnfinishedWork::Note note)
-        : place_(std::move(place)), named_(std::move(named)), hidden_(std::move(hidden)), note_(std::move(note))
+    WithdrawnItem(URL place, URL named, const UnfinishedWork& unfinished, URL hidden, UnfinishedWork::Note note)
+        : place_(std::move(place)), named_(std::move(named)), unfinished_(unfinished), hidden_(std::move(hidden)),
+          note_(std::move(note))
     {
     }
     void putBack();
 
     const URL place_;
     const URL named_;
+    const UnfinishedWork& unfinished_;
     std::optional<URL> hidden_; ///< none once it is removed or back
     UnfinishedWork::Note note_;
 };

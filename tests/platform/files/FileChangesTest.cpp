@@ -6,6 +6,7 @@
 #include "platform/linux/files/UnfinishedWork.h"
 #include "platform/linux/files/WithdrawnItem.h"
 #include "tests/support/FailingCalls.h"
+#include "tests/support/OtherProcess.h"
 #include "tests/support/TemporaryDrive.h"
 
 #include <gmock/gmock.h>
@@ -24,6 +25,7 @@ namespace tessel {
 namespace {
 
 namespace fs = std::filesystem;
+using testing::AnyOf;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -197,6 +199,24 @@ TEST_F(FileChangesTest, ClearsUpAfterAProgramThatWasKilled)
     EXPECT_EQ(std::distance(fs::directory_iterator(notes.path()), fs::directory_iterator()), 1);
 }
 
+// A program that does not coordinate saves the document anew while it goes elsewhere: no version is lost.
+TEST_F(FileChangesTest, LosesNothingThatIsSavedMeanwhile)
+{
+    const OtherFileSystem other;
+    if (!other.url || !canMakeCallsFail())
+        GTEST_SKIP() << "no other file system here, or no system call filters";
+    bool wasReached = true;
+    for (int n = 1; wasReached; ++n) {
+        const auto place = other.url->appending("Plan.txt");
+        fs::remove(place.path());
+        drive.file("Plan.txt", "first");
+        const auto save = [&] { fs::rename(drive.file("New.txt", "second").path(), drive.url("Plan.txt").path()); };
+        wasReached = runInterrupted(n, save, [&] { (void)files.moveItem(drive.url("Plan.txt"), place); });
+        EXPECT_TRUE(!wasReached || drive.read("Plan.txt") == "second" || describe(place) == "second")
+            << "at call " << n;
+    }
+}
+
 struct Change {
     const char* name;
     const char* item;
@@ -291,6 +311,27 @@ TEST_P(FailingChangesTest, AreMadeOrNotMade)
             return;
     }
     EXPECT_GT(failures, 0);
+}
+
+// Wherever the program is killed, the next start finds the change made or not made, and leaves nothing.
+TEST_P(FailingChangesTest, AreMadeOrNotMadeByAProgramThatIsKilled)
+{
+    begin();
+    const auto before = state();
+    ASSERT_EQ(GetParam().make(files, drive.url(), otherFolder()), std::nullopt);
+    const auto after = state();
+    bool wasReached = true;
+    for (int n = 1; wasReached && !HasFailure(); ++n) {
+        begin();
+        OtherProcess other([&](OtherProcess&) {
+            (void)runInterrupted(
+                n, [] { ::kill(::getpid(), SIGKILL); },
+                [&] { (void)GetParam().make(files, drive.url(), otherFolder()); });
+        });
+        wasReached = !other.finish();
+        unfinished.clearUp();
+        EXPECT_THAT(state(), AnyOf(before, after)) << "at call " << n;
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(All, FailingChangesTest, testing::ValuesIn(kChanges),
