@@ -62,7 +62,8 @@ public:
 
     /// Gives up the copy of a document that is on the device, in coordination with everybody who has to do with it; the
     /// document stays in the drive. One that is not on the device already is left alone.
-    /// @returns why it stays on the device: the coordinator's error, it is no single file (3328), it is open in a program
+    /// @returns why it stays on the device: the coordinator's error, it is no single file (3328), it is open in a
+    /// program
     ///          or changed meanwhile, or its content could not be sent
     [[nodiscard]] virtual std::optional<Error> evictDocument(const URL&) = 0;
 };
