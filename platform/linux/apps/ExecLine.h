@@ -9,8 +9,8 @@
 
 namespace tessel {
 
-/// The command of a desktop entry (Desktop Entry Specification, "The Exec key"). No shell ever sees it: each argument
-/// reaches the program as it is, so that no file name means anything else than itself.
+/// The command of a desktop entry (freedesktop.org, Desktop Entry, "The Exec key"). No shell ever sees it: each
+/// argument reaches the program as it is, so that no file name means anything else than itself.
 class ExecLine {
 public:
     /// What field codes stand for.

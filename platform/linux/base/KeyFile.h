@@ -9,8 +9,8 @@
 
 namespace tessel {
 
-/// Groups of keys and values, as desktop entries and association lists have them (Desktop Entry Specification, "Basic
-/// format of the file"). Lines that mean nothing, or hold a NUL, are passed over.
+/// Groups of keys and values, as desktop entries and association lists have them (freedesktop.org, Desktop Entry,
+/// "Basic format of the file"). Lines that mean nothing, or hold a NUL, are passed over.
 class KeyFile {
 public:
     /// In the order of the file, escapes untouched.

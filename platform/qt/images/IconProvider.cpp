@@ -31,7 +31,7 @@ QString themeNameOfSettingsFile()
                           : QSettings(path, QSettings::IniFormat).value("Settings/gtk-icon-theme-name").toString();
 }
 
-// "hicolor" is the specification's last resort and has no icons of documents.
+// "hicolor" is the last resort of all themes and has no icons of documents.
 bool hasTheme()
 {
     const auto name = QIcon::themeName();
