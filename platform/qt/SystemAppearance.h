@@ -5,7 +5,7 @@
 namespace tessel::qt {
 
 /// How the user wants programs to look, as the desktop tells it, and whenever that changes. TESSELDRIVE_TEXT_SCALE in
-/// the environment takes the text size's place.
+/// the environment takes the text size's place, and TESSELDRIVE_DARK=1 makes it dark.
 class SystemAppearance final : public QObject {
     Q_OBJECT
 

@@ -48,10 +48,11 @@ Program::Program(const std::vector<std::string>& arguments, std::optional<uid_t>
 {
     std::vector<std::string> words = {std::string(TESSELDRIVE_PROGRAM)};
     words.insert(words.end(), arguments.begin(), arguments.end());
-    // Nothing of the developer's own home, language or session reaches the program, and none of the applications.
-    std::vector<std::string> environment = {"HOME=/nonexistent", "XDG_CONFIG_DIRS=/nonexistent",
-                                            "XDG_DATA_DIRS=/nonexistent", "LC_ALL=C.UTF-8", "TZ=UTC"};
-    environment.insert(environment.end(), moreEnvironment.begin(), moreEnvironment.end());
+    // Nothing of the developer's own home, language or session reaches the program, and none of the applications. The
+    // first of two variables of one name is the one that counts.
+    auto environment = moreEnvironment;
+    environment.insert(environment.end(), {"HOME=/nonexistent", "XDG_CONFIG_DIRS=/nonexistent",
+                                           "XDG_DATA_DIRS=/nonexistent", "LC_ALL=C.UTF-8", "TZ=UTC"});
     const auto argumentPointers = pointers(words);
     const auto environmentPointers = pointers(environment);
     const auto input = makePipe();

@@ -1,13 +1,10 @@
-#include "tests/support/Program.h"
-#include "tests/support/TemporaryDrive.h"
+#include "tests/window/WindowFixture.h"
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <chrono>
 #include <csignal>
 #include <filesystem>
-#include <functional>
 #include <map>
 
 namespace fs = std::filesystem;
@@ -18,91 +15,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsSupersetOf;
 
-using Lines = std::vector<std::string>;
-
-/// The built program in a window without a screen, over a home of its own, used by touch and keys.
-class WindowTest : public testing::Test {
-protected:
-    WindowTest()
-    {
-        folder.folder("home");
-        folder.folder("drive");
-        folder.folder("cache");
-        folder.folder("runtime");
-        fs::permissions(folder.url("runtime").path(), fs::perms::owner_all);
-    }
-
-    [[nodiscard]] Program open(Lines more = {}) const
-    {
-        Lines arguments = {"--log", "off", "--home", folder.url("home").path()};
-        arguments.insert(arguments.end(), more.begin(), more.end());
-        return Program(arguments, std::nullopt,
-                       {"QT_QPA_PLATFORM=offscreen", "QT_PLUGIN_PATH=" TESSEL_DRIVER_PLUGINS,
-                        "QT_QPA_GENERIC_PLUGINS=tesseldriver", "XDG_CACHE_HOME=" + folder.url("cache").path(),
-                        "XDG_RUNTIME_DIR=" + folder.url("runtime").path()});
-    }
-
-    [[nodiscard]] Program openDrive() const { return open({"--drive", folder.url("drive").path()}); }
-
-    /// Waits until a condition holds, or for 15 seconds.
-    static bool soon(const std::function<bool()>& condition)
-    {
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(15);
-        while (!condition())
-            if (std::chrono::steady_clock::now() > deadline)
-                return false;
-        return true;
-    }
-
-    static bool holds(Program& program, std::string_view text)
-    {
-        return std::ranges::any_of(program.send("tree").lines,
-                                   [text](const auto& line) { return line.find(text) != line.npos; });
-    }
-
-    static bool shows(Program& program, std::string_view text)
-    {
-        return soon([&] { return holds(program, text); });
-    }
-
-    static bool hides(Program& program, std::string_view text)
-    {
-        return soon([&] { return !holds(program, text); });
-    }
-
-    /// Does one thing as soon as it can be done, and waits until the window is at rest again.
-    static void use(Program& program, std::string_view command)
-    {
-        EXPECT_TRUE(soon([&] { return program.send(command).answer == "ok"; })) << command;
-        EXPECT_EQ(program.send("rest").answer, "ok") << command;
-    }
-
-    /// The lines of one role.
-    static Lines linesOf(Program& program, const std::string& role)
-    {
-        Lines found;
-        for (const auto& line : program.send("tree").lines)
-            if (line.starts_with(role + " | "))
-                found.push_back(line.substr(role.size() + 3));
-        return found;
-    }
-
-    /// The names of the rows on the screen, without what is told of them.
-    static Lines rows(Program& program)
-    {
-        auto found = linesOf(program, "ListItem");
-        for (auto& line : found)
-            line.resize(std::min(line.find(','), line.size()));
-        return found;
-    }
-
-    static bool hasRows(Program& program, const Lines& names)
-    {
-        return soon([&] { return rows(program) == names; });
-    }
-
-    TemporaryDrive folder;
-};
+class WindowTest : public WindowFixture {};
 
 /// How a row's name for assistive technology begins when the console prints it so.
 std::string spokenRow(const std::string& consoleRow)
