@@ -157,7 +157,7 @@ void Shell::screenChanged()
     isLayoutDone_ = false;
     if (isLayingOut_ || std::exchange(isSyncPosted_, true))
         return;
-    QMetaObject::invokeMethod(this, &Shell::sync, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, "sync", Qt::QueuedConnection);
 }
 
 void Shell::sync()

@@ -60,7 +60,7 @@ public:
     /// Whether the window has the user's attention.
     void setActive(bool);
     /// Looks at everything now.
-    void sync();
+    Q_SLOT void sync();
 
     /// The text in the user's language.
     [[nodiscard]] Q_INVOKABLE QString text(const QString& key) const;

@@ -65,10 +65,10 @@ void Presenters::remove(const FilePresenter& presenter)
     Items removed;
     {
         const std::lock_guard lock(mutex_);
-        const auto found =
-            std::ranges::partition(items_, [&](const auto& item) { return !item->belongsTo(presenter); });
-        removed.assign(found.begin(), found.end());
-        items_.erase(found.begin(), found.end());
+        const auto first =
+            std::partition(items_.begin(), items_.end(), [&](const auto& item) { return !item->belongsTo(presenter); });
+        removed.assign(first, items_.end());
+        items_.erase(first, items_.end());
     }
     for (const auto& item : removed)
         item->end();
