@@ -71,7 +71,7 @@ void Meter::tell(const char* name, double value)
 
 void Meter::end()
 {
-    QMetaObject::invokeMethod(QCoreApplication::instance(), &QCoreApplication::quit, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(QCoreApplication::instance(), "quit", Qt::QueuedConnection);
 }
 
 } // namespace tessel
