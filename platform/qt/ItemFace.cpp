@@ -18,7 +18,7 @@ bool isDisabled(const QQuickItem& item)
 } // namespace
 
 ItemFace::ItemFace(QQuickItem& item, QAccessibleInterface& face)
-    : item_(item), face_(face), id_(QAccessible::uniqueId(&face))
+    : item_(&item), face_(face), id_(QAccessible::uniqueId(&face))
 {
     connect(&item, &QQuickItem::enabledChanged, this, &ItemFace::tellChange);
     QQmlProperty(&item, kUsable).connectNotifySignal(this, SLOT(tellChange()));
@@ -29,10 +29,15 @@ ItemFace::~ItemFace()
     QAccessible::deleteAccessibleInterface(id_);
 }
 
+QObject* ItemFace::object() const
+{
+    return item_;
+}
+
 QAccessible::State ItemFace::state() const
 {
     auto state = face_.state();
-    state.disabled = isDisabled(item_);
+    state.disabled = isDisabled(*item_);
     return state;
 }
 
@@ -40,7 +45,7 @@ void ItemFace::tellChange()
 {
     QAccessible::State changed;
     changed.disabled = true;
-    QAccessibleStateChangeEvent event(&item_, changed);
+    QAccessibleStateChangeEvent event(item_, changed);
     QAccessible::updateAccessibility(&event);
 }
 

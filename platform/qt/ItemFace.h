@@ -2,8 +2,8 @@
 
 #include <QAccessible>
 #include <QObject>
-
-class QQuickItem;
+#include <QPointer>
+#include <QQuickItem>
 
 namespace tessel::qt {
 
@@ -16,8 +16,8 @@ public:
     ~ItemFace() override;
 
     [[nodiscard]] QAccessible::State state() const override;
-    [[nodiscard]] bool isValid() const override { return face_.isValid(); }
-    [[nodiscard]] QObject* object() const override { return face_.object(); }
+    [[nodiscard]] bool isValid() const override { return item_ && face_.isValid(); }
+    [[nodiscard]] QObject* object() const override;
     [[nodiscard]] QWindow* window() const override { return face_.window(); }
     [[nodiscard]] QList<QPair<QAccessibleInterface*, QAccessible::Relation>> relations(
         QAccessible::Relation match) const override
@@ -46,8 +46,8 @@ private slots:
     void tellChange();
 
 private:
-    QQuickItem& item_;
-    QAccessibleInterface& face_; ///< Qt's, by its identifier
+    const QPointer<QQuickItem> item_;
+    QAccessibleInterface& face_; ///< Qt's, which may end before this one, but not before the item
     const QAccessible::Id id_;
 };
 
