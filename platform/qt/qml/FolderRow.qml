@@ -63,7 +63,11 @@ MouseArea {
     onCanceled: settle()
     onIdentityChanged: if (open)
         close()
-    ListView.onPooled: reset()
+    ListView.onPooled: {
+        reset()
+        visible = false // the list only stops painting it, and those who listen to the screen would still find it
+    }
+    ListView.onReused: visible = true
 
     function touched(mouse) {
         opened = false
