@@ -33,7 +33,7 @@ ListView {
     highlightFollowsCurrentItem: false
     activeFocusOnTab: true
     focus: true
-    onMovementStarted: closeRow()
+    onContentYChanged: closeRow()
     onEditingChanged: closeRow()
     onActiveFocusChanged: if (activeFocus && Theme.keyboard)
         keys.arrive()

@@ -26,9 +26,11 @@ QtObject {
             list.setVisibleRange(0, 0)
             return
         }
+        const bottom = Math.min(top + height, view.originY + view.contentHeight) - 1
         const first = Math.max(0, rowAt(top, 0))
-        const last = rowAt(top + height - 1, columns - 1)
-        list.setVisibleRange(first, (last < 0 ? count : last + 1) - first)
+        const last = Math.min(count - 1, rowAt(bottom, 0) + columns - 1)
+        if (rowAt(bottom, 0) >= first)
+            list.setVisibleRange(first, last + 1 - first)
     }
 
     // Row at a height and column; -1 where there is none, such as over the header.
