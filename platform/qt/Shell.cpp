@@ -18,8 +18,6 @@ namespace tessel::qt {
 
 namespace {
 
-constexpr int kMostLayoutPasses = 3;
-
 Device& device()
 {
     return platform::installed().device;
@@ -154,29 +152,21 @@ void Shell::appearanceChanged()
 
 void Shell::screenChanged()
 {
-    isLayoutDone_ = false;
-    if (isLayingOut_ || std::exchange(isSyncPosted_, true))
-        return;
-    QMetaObject::invokeMethod(this, "sync", Qt::QueuedConnection);
+    if (!std::exchange(isSyncPosted_, true))
+        QMetaObject::invokeMethod(this, "sync", Qt::QueuedConnection);
 }
 
+// What is told meanwhile, such as by controllers that are laid out, has it run again.
 void Shell::sync()
 {
     isSyncPosted_ = false;
-    const auto laidOut = layOut();
-    pages_->sync(rootNavigation().get(), *items_);
-    syncLayers();
-    items_->dropGone();
-    if (laidOut != LayerList::presentedBy(rootController()))
-        screenChanged(); // laying out has presented something
-}
-
-void Shell::syncLayers()
-{
     layers_->follow(rootController());
+    layOut();
+    pages_->sync(rootNavigation().get(), *items_);
     for (auto* const layer : layers_->layers())
         layer->sync(*items_);
     syncAnchors();
+    items_->dropGone();
 }
 
 void Shell::syncAnchors()
@@ -185,33 +175,17 @@ void Shell::syncAnchors()
         layer->setAnchor(rectOf(layer->controller()->popoverAnchor));
 }
 
-// What is told while laying out is read right after it, so it needs no turn of its own: a controller that changes
-// something whenever it is laid out would keep the shell busy for ever.
-PresenceList::Controllers Shell::layOut()
-{
-    PresenceList::Controllers laidOut;
-    isLayingOut_ = true;
-    isLayoutDone_ = false;
-    for (int pass = 0; pass < kMostLayoutPasses && !std::exchange(isLayoutDone_, true); ++pass)
-        laidOut = layOutOnce();
-    isLayingOut_ = false;
-    return laidOut;
-}
-
-PresenceList::Controllers Shell::layOutOnce()
+void Shell::layOut()
 {
     const auto bounds = device().screenBounds();
     const Size window{bounds.width, bounds.height};
     if (const auto navigation = rootNavigation())
         layOutTop(*navigation, window);
-    const auto presented = LayerList::presentedBy(rootController());
-    layers_->follow(rootController());
     for (const auto* const layer : layers_->layers()) {
         layer->layOut(window, isTablet());
         if (const auto navigation = layer->navigation())
             layOutTop(*navigation, window);
     }
-    return presented;
 }
 
 QRectF Shell::rectOf(const PopoverAnchor& anchor) const

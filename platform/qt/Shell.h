@@ -78,10 +78,7 @@ private:
     bool goBack();
     void screenChanged();
     void appearanceChanged();
-    void syncLayers();
-    /// @returns what is presented, all of which was laid out
-    PresenceList::Controllers layOut();
-    PresenceList::Controllers layOutOnce();
+    void layOut();
     [[nodiscard]] QRectF rectOf(const PopoverAnchor&) const;
 
     const SystemAppearance& appearance_;
@@ -91,8 +88,6 @@ private:
     QPointer<QQuickItem> scene_;
     bool isActive_ = true;
     bool isSyncPosted_ = false;
-    bool isLayingOut_ = false;
-    bool isLayoutDone_ = false; ///< nothing was told since
 };
 
 } // namespace tessel::qt

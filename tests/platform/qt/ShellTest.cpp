@@ -150,29 +150,6 @@ TEST_F(ShellTest, LaysOutAnAlertsOwnAreaInTheRoomThatQmlGivesIt)
     EXPECT_EQ(content->view().frame().width, 300);
 }
 
-// Were each layout told of in a turn of its own, the program would never rest again.
-TEST_F(ShellTest, RestsWhenAControllerWantsALayoutWheneverItIsLaidOut)
-{
-    class Restless final : public Plain {
-    public:
-        using Plain::Plain;
-        int layouts = 0;
-
-    protected:
-        void viewWillLayoutSubviews() override
-        {
-            ++layouts;
-            navigationItem.setTitle(std::to_string(layouts));
-            view().setNeedsLayout();
-        }
-    };
-    const auto restless = std::make_shared<Restless>("Top");
-    push(restless);
-    EXPECT_GE(restless->layouts, 1);
-    EXPECT_LE(restless->layouts, 20);
-    EXPECT_EQ(pages()[0]->property("title").toString().toStdString(), std::to_string(restless->layouts));
-}
-
 TEST_F(ShellTest, FollowsTheDesktopIntoTheDark)
 {
     push(plain("Top"));
