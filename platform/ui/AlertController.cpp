@@ -47,9 +47,10 @@ void AlertController::setContentViewController(std::shared_ptr<ViewController> c
 bool AlertController::choose(const std::shared_ptr<AlertAction>& chosen)
 {
     const auto self = shared_from_this();
-    const auto action = chosen;
-    if (!presentingViewController() || std::ranges::find(actions_, action) == actions_.end() || !action->enabled())
+    const auto found = std::ranges::find(actions_, chosen);
+    if (!presentingViewController() || found == actions_.end() || !(*found)->enabled())
         return false;
+    const auto action = *found; // kept: whoever is asked may change the actions
     if (const auto mayDismiss = action->shouldDismiss; mayDismiss && !mayDismiss())
         return false;
     const auto presenting = presentingViewController();
