@@ -13,7 +13,6 @@ namespace tessel {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsSupersetOf;
 
 class WindowTest : public WindowFixture {};
 

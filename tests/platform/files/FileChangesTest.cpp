@@ -29,7 +29,6 @@ using testing::AnyOf;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::Key;
 using testing::Pair;
 using testing::UnorderedElementsAre;
@@ -215,6 +214,36 @@ TEST_F(FileChangesTest, LosesNothingThatIsSavedMeanwhile)
         EXPECT_TRUE(!wasReached || drive.read("Plan.txt") == "second" || describe(place) == "second")
             << "at call " << n;
     }
+}
+
+// The copy is read back before the source goes: here something else has been written of it.
+TEST_F(FileChangesTest, SeesThatACopyIsNotWhatItShouldBe)
+{
+    const OtherFileSystem other;
+    if (!other.url || !canMakeCallsFail())
+        GTEST_SKIP() << "no other file system here, or no system call filters";
+    const auto place = other.url->appending("Plan.txt");
+    const auto damageCopy = [&] {
+        for (const auto& entry : fs::directory_iterator("/proc/self/fd")) {
+            std::error_code ignored;
+            const bool isCopy = fs::read_symlink(entry, ignored).native().starts_with(other.url->path()) &&
+                                fs::is_regular_file(entry, ignored);
+            if (isCopy)
+                std::ofstream(entry.path(), std::ios::in | std::ios::out) << "X";
+        }
+    };
+    int refusals = 0;
+    bool wasReached = true;
+    for (int n = 1; wasReached; ++n) {
+        fs::remove(place.path());
+        drive.file("Plan.txt", "first");
+        std::optional<Error> error;
+        wasReached = runInterrupted(n, damageCopy, [&] { error = files.moveItem(drive.url("Plan.txt"), place); });
+        refusals += error.has_value();
+        EXPECT_EQ(error.has_value(), fs::exists(drive.url("Plan.txt").path())) << "at call " << n;
+        EXPECT_NE(error.has_value(), fs::exists(place.path())) << "at call " << n;
+    }
+    EXPECT_GT(refusals, 0);
 }
 
 struct Change {

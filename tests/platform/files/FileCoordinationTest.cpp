@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <future>
 #include <stdexcept>
 #include <thread>
@@ -22,6 +23,18 @@ void fail(const std::optional<Error>& error)
 {
     if (error)
         throw std::runtime_error(error->description);
+}
+
+// Within 30 seconds.
+bool comesTrue(const std::function<bool()>& condition)
+{
+    const auto deadline = std::chrono::steady_clock::now() + 30s;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > deadline)
+            return false;
+        std::this_thread::yield();
+    }
+    return true;
 }
 
 class FileCoordinationTest : public testing::Test {
@@ -153,13 +166,33 @@ TEST_F(FileCoordinationTest, LetsNoProcessOvertakeAWriterWhoWaits)
         auto patient = coordination(30s);
         fail(access(patient, {"A/b", true}));
     });
-    while (!access(impatient, {"A/b", false})) // until the writer stands in line
-        std::this_thread::yield();
+    // Once is not enough: for a moment a writer who looks whether it can go on is in everybody's way.
+    const auto isRefused = [&](int) { return access(impatient, {"A/b", false}).has_value(); };
+    constexpr int kTimes[50] = {};
+    ASSERT_TRUE(comesTrue([&] { return std::ranges::all_of(kTimes, isRefused); })) << "no reader is kept back";
     EXPECT_EQ(access(impatient, {"A/c", false}), std::nullopt) << "which the writer does not want";
     EXPECT_EQ(access(impatient, {"B", true}), std::nullopt) << "which nobody wants";
     reader.meet();
     EXPECT_TRUE(writer.finish());
     EXPECT_EQ(access(impatient, {"A/b", false}), std::nullopt);
+}
+
+// Who waits for two items has neither. Else we, who have the one and go on to the other, would wait for each other.
+TEST_F(FileCoordinationTest, HoldsNothingWhileItWaits)
+{
+    auto ours = coordination(0s);
+    fail(access(ours, {"A", true}, [&] {
+        OtherProcess other([&](OtherProcess&) {
+            const WriteIntent both[] = {{platform.drive.url("A"), WritingOptions::ForMoving},
+                                        {platform.drive.url("B"), WritingOptions::ForReplacing}};
+            fail(coordination(30s).write(both, nullptr, [] {}));
+        });
+        const auto isInLine = [&] {
+            return std::async(std::launch::async, [&] { return access(ours, {"B", true}).has_value(); }).get();
+        };
+        EXPECT_TRUE(comesTrue(isInLine));
+        EXPECT_TRUE(comesTrue([&] { return !access(ours, {"B", true}); }));
+    }));
 }
 
 TEST_F(FileCoordinationTest, GivesThreadsTheirTurnsInTheOrderOfAsking)
@@ -168,11 +201,11 @@ TEST_F(FileCoordinationTest, GivesThreadsTheirTurnsInTheOrderOfAsking)
     const auto isFree = [&](const char* path, bool writes) {
         return std::async(std::launch::async, [&] { return table.enter({{path, writes}}, 0s).has_value(); }).get();
     };
+    std::future<std::optional<AccessTable::Turn>> writer; // ends after the reader whom it waits for
     auto reader = table.enter({{"/A", false}}, 0s);
     ASSERT_TRUE(reader);
-    auto writer = std::async(std::launch::async, [&] { return table.enter({{"/A/b", true}}, Clock::Ticks::max()); });
-    while (isFree("/A/b", false)) // until the writer stands in line
-        std::this_thread::yield();
+    writer = std::async(std::launch::async, [&] { return table.enter({{"/A/b", true}}, Clock::Ticks::max()); });
+    ASSERT_TRUE(comesTrue([&] { return !isFree("/A/b", false); })) << "no reader is kept back";
     EXPECT_TRUE(isFree("/A/c", false));
     EXPECT_FALSE(table.enter({{"/A/c", true}}, Clock::Ticks::max())) << "this very thread is in the way";
     EXPECT_TRUE(table.enter({{"/A/b", false}}, 0s)) << "the writer waits for this very thread, who goes first";

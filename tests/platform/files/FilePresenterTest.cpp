@@ -1,6 +1,7 @@
 #include "platform/files/FilePresenter.h"
 #include "platform/files/FileCoordinator.h"
 #include "platform/files/FileManager.h"
+#include "platform/linux/StartFolders.h"
 #include "platform/linux/cloud/Placeholder.h"
 #include "platform/run/OperationQueue.h"
 #include "tests/support/InstalledPlatform.h"
@@ -8,28 +9,25 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <stdexcept>
+#include <thread>
 
 namespace tessel {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::AnyOf;
-using testing::Contains;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 // What a presenter was told, and what accesses did, in the order in which it happened.
 class Course {
 public:
     void add(std::string event)
     {
-        {
-            const std::lock_guard lock(mutex_);
-            events_.push_back(std::move(event));
-        }
-        DispatchQueue::main().async([] {}); // wakes a test that waits for it
+        const std::lock_guard lock(mutex_);
+        events_.push_back(std::move(event));
     }
 
     [[nodiscard]] std::vector<std::string> events() const
@@ -100,16 +98,24 @@ protected:
         return presenter;
     }
 
-    // Whether an event comes, the platform's time passing meanwhile.
+    // Whether something comes true within 30 seconds, while tasks run and the platform's time stands or passes.
+    [[nodiscard]] bool comesTrue(const std::function<bool()>& condition, double secondsATime = 0.01)
+    {
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+        while (!condition()) {
+            if (std::chrono::steady_clock::now() > deadline)
+                return false;
+            platform.turn(secondsATime);
+            std::this_thread::yield();
+        }
+        return true;
+    }
+
     [[nodiscard]] bool comes(const std::string& event)
     {
-        return platform.runUntil([&] {
-            platform.clock.advance(0.01);
+        return comesTrue([&] {
             const auto events = course.events();
-            if (std::find(events.begin(), events.end(), event) != events.end())
-                return true;
-            DispatchQueue::main().async([] {});
-            return false;
+            return std::find(events.begin(), events.end(), event) != events.end();
         });
     }
 
@@ -172,11 +178,7 @@ TEST_F(FilePresenterTest, IsNotToldOfItsOwnAccesses)
                                         }));
     EXPECT_THAT(course.events(), ElementsAre("deleted"));
     fs::remove(drive.url("Report.txt").path());
-    EXPECT_TRUE(platform.runUntil([&] {
-        platform.clock.advance(0.01);
-        DispatchQueue::main().async([] {});
-        return course.events().size() > 1;
-    }));
+    EXPECT_TRUE(comesTrue([&] { return course.events().size() > 1; }));
     EXPECT_THAT(course.events(), ElementsAre("deleted", "deleted"));
 }
 
@@ -235,10 +237,14 @@ TEST_F(FilePresenterTest, IsNotWaitedForWhenItsProcessIsGone)
         self.meet();
     });
     other.meet();
+    const auto identifier = std::to_string(other.identifier()) + '-';
     other.kill();
     const auto presenter = present(plan);
     EXPECT_EQ(remove(plan), std::nullopt);
     EXPECT_THAT(course.events(), ElementsAre("deleted", "removing"));
+    const auto home = drive.url().deletingLastPathComponent().appending("home");
+    for (const auto& socket : fs::directory_iterator(coordinationFolder(home).appending("presenters").path()))
+        EXPECT_FALSE(socket.path().filename().string().starts_with(identifier)) << "of the process that is gone";
 }
 
 // Programs save in many ways. In all of them the document stays what it was.
@@ -266,9 +272,23 @@ TEST_F(FilePresenterTest, SeesADocumentSavedByAProgramThatDoesNotCoordinate)
     for (const auto& way : ways) {
         const auto count = course.events().size();
         way();
-        EXPECT_TRUE(platform.runUntil([&] { return course.events().size() > count; }));
+        EXPECT_TRUE(comesTrue([&] { return course.events().size() > count; }));
         platform.turn(1);
     }
+    EXPECT_THAT(course.events(), testing::Each("changed"));
+}
+
+TEST_F(FilePresenterTest, GivesASlowProgramTimeToSave)
+{
+    const auto plan = drive.file("Plan.txt", "first").path();
+    const auto presenter = present(drive.url("Plan.txt"));
+    fs::rename(plan, plan + "~");
+    EXPECT_TRUE(comesTrue([&] { return platform.services().mainQueue.nextDue().has_value(); }, 0))
+        << "its absence is seen";
+    platform.turn(0.2);
+    drive.file("Plan.txt", "second");
+    EXPECT_TRUE(comes("changed"));
+    platform.turn(1);
     EXPECT_THAT(course.events(), testing::Each("changed"));
 }
 
@@ -279,11 +299,7 @@ TEST_F(FilePresenterTest, FollowsADocumentThatOthersMoveAndDelete)
     fs::rename(drive.url("Plan.txt").path(), drive.url("Sub/Report.txt").path());
     EXPECT_TRUE(comes("moved to Report.txt"));
     fs::rename(drive.url("Sub").path(), drive.url("Other").path());
-    EXPECT_TRUE(platform.runUntil([&] {
-        platform.clock.advance(0.01);
-        DispatchQueue::main().async([] {});
-        return course.events().size() > 1;
-    }));
+    EXPECT_TRUE(comesTrue([&] { return course.events().size() > 1; }));
     fs::remove(drive.url("Other/Report.txt").path());
     EXPECT_TRUE(comes("deleted"));
     EXPECT_THAT(course.events(), ElementsAre("moved to Report.txt", "moved to Report.txt", "deleted"));
