@@ -180,7 +180,8 @@ MouseArea {
             id: subtitle
 
             anchors.left: title.left
-            anchors.right: title.right
+            anchors.right: area.view.detailLines > 1 ? parent.right : title.right
+            anchors.rightMargin: area.view.detailLines > 1 ? Theme.margin : 0
             anchors.top: title.bottom
             visible: text.length > 0
             text: area.view.detailLines > 1 ? Theme.lines(area.row.subtitle) : area.row.subtitle
@@ -201,7 +202,8 @@ MouseArea {
 
             anchors.right: parent.right
             anchors.rightMargin: Theme.margin
-            anchors.verticalCenter: parent.verticalCenter
+            // Beside large text they leave the details their whole line.
+            anchors.verticalCenter: area.view.detailLines > 1 ? title.verticalCenter : parent.verticalCenter
             width: active ? implicitWidth : 0
             active: chevron || area.row.inCloud || area.row.progress >= 0 || area.row.tags.length > 0
             sourceComponent: RowMarks {
