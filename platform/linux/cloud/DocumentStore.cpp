@@ -121,7 +121,7 @@ std::optional<Error> DocumentStore::install(Content& content, const URL& documen
 
 Error DocumentStore::error(int code, const char* key, const URL& document) const
 {
-    auto text = filledText(text_.localized(key), {std::string(document.lastPathComponent())});
+    auto text = filledText(text_.localized(key), {text_.displayName(document.lastPathComponent())});
     return {Domain::General, code, text, text};
 }
 

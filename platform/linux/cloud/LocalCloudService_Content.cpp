@@ -10,7 +10,7 @@ std::optional<Error> LocalCloudService::evictDocument(const URL& url)
 {
     if (options_.drive || !isInDrive(url)) {
         const auto text = filledText(options_.text.localized("“%1$@” cannot be kept in the cloud only."),
-                                     {std::string(url.lastPathComponent())});
+                                     {options_.text.displayName(url.lastPathComponent())});
         return Error{Domain::General, ErrorCode::kUnsupported, text, text};
     }
     std::optional<Error> failure;

@@ -45,9 +45,9 @@ std::optional<std::string> realFolder(const std::string& path)
     return folder.isOpen() ? linkText("/proc/self/fd/" + std::to_string(folder.get())) : std::nullopt;
 }
 
-std::string nameOf(const std::string& path)
+std::string nameOf(const std::string& path, const TextServices& text)
 {
-    return std::string(URL::file(path).lastPathComponent());
+    return text.displayName(URL::file(path).lastPathComponent());
 }
 
 } // namespace
@@ -188,7 +188,7 @@ Error LinuxFileCoordination::ownObstacle(const Wishes& wishes) const
 {
     const auto& text = services_.text;
     return {Domain::General, ErrorCode::kLocked,
-            filledText(text.localized("“%1$@” is in use by this program."), {nameOf(wishes.front().path)}),
+            filledText(text.localized("“%1$@” is in use by this program."), {nameOf(wishes.front().path, text)}),
             text.localized("In use")};
 }
 
@@ -198,8 +198,8 @@ Error LinuxFileCoordination::errorOf(const ProcessLocks::Obstacle& obstacle) con
     const auto description =
         obstacle.holder
             ? filledText(text.localized("“%1$@” is in use by %2$@ (process %3$@)."),
-                         {nameOf(obstacle.path), obstacle.holder->name, std::to_string(obstacle.holder->process)})
-            : filledText(text.localized("“%1$@” is in use by another program."), {nameOf(obstacle.path)});
+                         {nameOf(obstacle.path, text), obstacle.holder->name, std::to_string(obstacle.holder->process)})
+            : filledText(text.localized("“%1$@” is in use by another program."), {nameOf(obstacle.path, text)});
     return {Domain::General, ErrorCode::kLocked, description, text.localized("In use")};
 }
 

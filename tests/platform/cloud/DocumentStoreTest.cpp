@@ -2,6 +2,7 @@
 #include "platform/cloud/CloudService.h"
 #include "platform/files/FileCoordinator.h"
 #include "platform/files/FileManager.h"
+#include "platform/files/ResourceValues.h"
 #include "platform/linux/cloud/TagAttribute.h"
 #include "platform/linux/files/ExtendedAttributes.h"
 #include "platform/linux/files/UnfinishedWork.h"
@@ -58,6 +59,13 @@ protected:
             names.push_back(entry.path().filename().string());
         std::ranges::sort(names);
         return names;
+    }
+
+    [[nodiscard]] static Value identifier(const URL& url)
+    {
+        const ResourceKey keys[] = {ResourceKey::DocumentIdentifier};
+        const auto values = platform::installed().resources.values(keys, url, ValueVariant::Promised);
+        return values ? values->at(keys[0]) : Value();
     }
 
     [[nodiscard]] bool isInCloud(const URL& url) const
@@ -121,16 +129,23 @@ TEST_F(DocumentStoreTest, SendsADocumentBackWithAllThatBelongsToIt)
     platform.drive.file("orvane~Quillbox/Plan.txt", "the content");
     ASSERT_EQ(setExtendedAttribute(plan, kTagAttribute, "Work"), std::nullopt);
     const auto date = platform.services().files.attributes(plan.path())->modificationDate;
+    const auto sameIdentifier = identifier(plan);
     ASSERT_EQ(evict(plan), std::nullopt);
     ASSERT_TRUE(isInCloud(plan));
+    EXPECT_EQ(identifier(plan), sameIdentifier);
     const auto record = readPlaceholder(placeholderURL(plan));
     EXPECT_EQ(record->size, 11);
     EXPECT_EQ(record->modificationDate, date);
     EXPECT_THAT(*platform.services().cloud.tagNames(plan), ElementsAre("Work"));
     EXPECT_EQ(read(store.appending(record->identifier)), "the content");
     EXPECT_EQ(evict(plan), std::nullopt);
-    EXPECT_EQ(*readCoordinated(plan), "the content");
-    EXPECT_THAT(*readTagNames(plan), ElementsAre("Work"));
+    const auto moved = drive.appending("Moved.txt");
+    ASSERT_EQ(platform.services().files.moveItem(plan, moved), std::nullopt);
+    EXPECT_EQ(identifier(moved), sameIdentifier);
+    EXPECT_EQ(*readCoordinated(moved), "the content");
+    EXPECT_THAT(*readTagNames(moved), ElementsAre("Work"));
+    EXPECT_EQ(identifier(moved), sameIdentifier);
+    EXPECT_FALSE(sameIdentifier.isNone());
 }
 
 // The store's content is somebody's last copy: another document, or another version, never takes its place.
