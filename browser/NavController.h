@@ -70,6 +70,8 @@ public:
                                              const std::shared_ptr<View>& originatingView,
                                              const std::function<void()>& completion) override;
     [[nodiscard]] bool documentListControllerCanPerformAction(const DocumentListController&, ListAction) const override;
+    [[nodiscard]] std::optional<Color> documentListControllerColorOfTag(const DocumentListController&,
+                                                                        const std::string& tag) const override;
 
 protected:
     void viewDidLoad() override;

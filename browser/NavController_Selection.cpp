@@ -1,6 +1,7 @@
 #include "app/common/Log.h"
 #include "browser/NavController.h"
 #include "files/DRItem.h"
+#include "files/FileTags.h"
 #include "files/LaunchUtils.h"
 #include "files/UIUtils.h"
 #include "platform/cloud/CloudService.h"
@@ -90,6 +91,14 @@ void NavController::documentListControllerDidSelectItemAtURL(DocumentListControl
         TSD_DEBUG("openInDefaultApp returned YES, app launched");
     else
         TSD_DEBUG("openInDefaultApp returned NO, showing preview");
+}
+
+std::optional<Color> NavController::documentListControllerColorOfTag(const DocumentListController&,
+                                                                     const std::string& tag) const
+{
+    const auto colors = FileTags::tagColorsByTag();
+    const auto found = colors.find(tag);
+    return found == colors.end() ? std::nullopt : std::optional(found->second);
 }
 
 void NavController::openFolderLink(const URL& folder)

@@ -8,7 +8,7 @@ NotificationCenter::Observation NotificationCenter::observe(std::string_view nam
     auto& registered = observers_[std::string(name)];
     std::erase_if(registered, [](const auto& entry) { return entry.expired(); });
     registered.push_back(shared);
-    return Observation(std::move(shared));
+    return {std::move(shared), life_};
 }
 
 void NotificationCenter::post(std::string_view name)

@@ -19,11 +19,18 @@ public:
     public:
         Observation() = default;
 
+        /// Whether it is one, and its centre still there.
+        [[nodiscard]] bool stands() const { return !centre_.expired(); }
+
     private:
         friend class NotificationCenter;
-        explicit Observation(std::shared_ptr<Handler> handler) : handler_(std::move(handler)) {}
+        Observation(std::shared_ptr<Handler> handler, std::weak_ptr<const void> centre)
+            : handler_(std::move(handler)), centre_(std::move(centre))
+        {
+        }
 
         std::shared_ptr<Handler> handler_;
+        std::weak_ptr<const void> centre_;
     };
 
     Observation observe(std::string_view name, Handler);
@@ -34,6 +41,7 @@ public:
 
 private:
     std::map<std::string, std::vector<std::weak_ptr<Handler>>, std::less<>> observers_;
+    std::shared_ptr<const void> life_ = std::make_shared<int>(); ///< ends with the centre
 };
 
 } // namespace tessel

@@ -10,6 +10,7 @@ class FileCoordinationService;
 class FileManager;
 class FolderReader;
 class GenerationalStorage;
+class KeyValueStore;
 class MainQueue;
 class NotificationCenter;
 class ResourceValues;
@@ -36,6 +37,7 @@ struct Services {
     GenerationalStorage& storage;
     ApplicationRegistry& apps;
     UserDefaults& defaults;
+    KeyValueStore& keyValues;
     Device& device;
 };
 

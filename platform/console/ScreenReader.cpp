@@ -30,14 +30,14 @@ std::string_view kindName(RowKind kind)
     return "";
 }
 
-std::string tagList(const std::vector<std::string>& tags)
+std::string tagList(const std::vector<ListTag>& tags)
 {
     const auto& text = platform::installed().text;
     std::string list = "tags ";
     for (const auto& tag : tags) {
         if (&tag != &tags.front())
             list += ", ";
-        list += text.displayName(tag);
+        list += text.displayName(tag.name);
     }
     return list;
 }

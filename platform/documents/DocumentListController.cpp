@@ -46,7 +46,8 @@ DocumentListController::DocumentListController(const URL& folder)
                                                   .failure = {},
                                                   .reading = {},
                                                   .retry = {},
-                                                  .activation = {}})
+                                                  .activation = {},
+                                                  .tagColors = {}})
 {
     setTitle(titleOf(folder));
     listing_->activation =
@@ -116,7 +117,9 @@ const std::optional<Error>& DocumentListController::failure() const
 
 ListRow DocumentListController::row(std::size_t index) const
 {
-    return listing_->rows.row(index);
+    auto row = listing_->rows.row(index);
+    colorTags(row);
+    return row;
 }
 
 std::vector<URL> DocumentListController::selectedItemURLs() const

@@ -45,6 +45,12 @@ public:
     {
         return false;
     }
+    /// The colour in which a tag is shown; asked again when the key-value store has changed.
+    [[nodiscard]] virtual std::optional<Color> documentListControllerColorOfTag(const DocumentListController&,
+                                                                                const std::string& /*tag*/) const
+    {
+        return std::nullopt;
+    }
     /// The presented folder was removed or moved away. Told once, when the list is the top one of its stack.
     virtual void documentListControllerURLWasRemoved(DocumentListController&) = 0;
 };
@@ -119,6 +125,8 @@ public:
     [[nodiscard]] ListState state() const;
     [[nodiscard]] const std::optional<Error>& failure() const;
     [[nodiscard]] ListRow row(std::size_t index) const;
+    /// Gives the tags of a row their colours; also for a row that a search found.
+    void colorTags(ListRow&) const;
     /// Presses a row: opens it, or, while editing, selects or deselects it.
     void pressRow(std::size_t index);
     /// The rows that can be seen, for which counts, tags and package sizes are fetched, now and when they change. An
@@ -153,6 +161,8 @@ private:
     void retryLater();
     void fetchDetails();
     void fetchNextDetails();
+    void followTagColors() const;
+    void tagColorsChanged();
 
     URL presentedURL_;
     bool editing_ = false;

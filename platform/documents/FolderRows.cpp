@@ -47,7 +47,9 @@ ListRow listRow(const URL& url, const FolderEntry& entry, const TextServices& te
 void addDetails(ListRow& row, const ItemDetails& details)
 {
     row.itemCount = details.itemCount;
-    row.tags = details.tags;
+    row.tags.clear();
+    for (const auto& tag : details.tags)
+        row.tags.push_back({tag, std::nullopt});
     if (details.packageSize)
         row.size = details.packageSize;
     if (details.isAliasFile) {
@@ -124,6 +126,16 @@ std::vector<ListRow> FolderRows::libraryRows() const
     for (const auto& library : libraries_)
         rows.push_back(libraryRow(library));
     return rows;
+}
+
+std::vector<std::size_t> FolderRows::rowsWithTags() const
+{
+    std::vector<std::size_t> items;
+    for (std::size_t item = 0; item < table_.size(); ++item)
+        if (const auto* const details = details_.find(table_.name(item)); details && !details->tags.empty())
+            items.push_back(item);
+    moveToRows(items);
+    return items;
 }
 
 std::vector<URL> FolderRows::urls() const

@@ -38,6 +38,8 @@ public:
     [[nodiscard]] ListRow row(std::size_t index) const;
     [[nodiscard]] std::vector<URL> urls() const;
     [[nodiscard]] std::vector<ListRow> libraryRows() const;
+    /// The items that are known to have tags.
+    [[nodiscard]] std::vector<std::size_t> rowsWithTags() const;
 
     /// The first rows of a list that is not complete: what comes after them stays unknown, libraries as well.
     void begin(FolderTable);

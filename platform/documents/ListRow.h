@@ -2,6 +2,7 @@
 
 #include "platform/base/Date.h"
 #include "platform/base/URL.h"
+#include "platform/ui/Color.h"
 
 #include <cstdint>
 #include <optional>
@@ -18,6 +19,13 @@ enum class RowKind : std::uint8_t {
     Library, ///< the top folder of another application's documents
 };
 
+struct ListTag {
+    std::string name;           ///< as it is stored
+    std::optional<Color> color; ///< none for a tag that nobody has given one
+
+    friend bool operator==(const ListTag&, const ListTag&) = default;
+};
+
 /// One row of a folder list as a shell shows it: a copy of what is known at this moment. What is not known yet is
 /// absent and follows by a row change.
 struct ListRow {
@@ -27,7 +35,7 @@ struct ListRow {
     std::optional<std::uint64_t> size;      ///< bytes; of files and packages
     std::optional<std::uint32_t> itemCount; ///< visible items; of folders and libraries
     std::optional<Date> modified;
-    std::vector<std::string> tags;
+    std::vector<ListTag> tags;
     bool inCloud = false;                        ///< its content is not on the device
     std::optional<double> downloadProgress = {}; ///< from 0 to 1, while its content is coming
     bool selected = false;

@@ -58,8 +58,22 @@ void SearchController::tellResultsChanged() const
         resultsChanged();
 }
 
+void SearchController::colorTagsOf(std::vector<ListRow>& rows) const
+{
+    if (const auto list = list_.lock())
+        for (auto& row : rows)
+            list->colorTags(row);
+}
+
+void SearchController::colorTags()
+{
+    colorTagsOf(results_);
+    tellResultsChanged();
+}
+
 void SearchController::add(std::vector<ListRow> found)
 {
+    colorTagsOf(found);
     const auto& text = platform::installed().text;
     const auto isBefore = [&](const ListRow& left, const ListRow& right) {
         const auto order = text.compareNames(left.title, right.title);

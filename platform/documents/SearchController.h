@@ -39,6 +39,8 @@ public:
     /// In natural order of the titles, those found so far.
     [[nodiscard]] const std::vector<ListRow>& results() const { return results_; }
     void pressResult(std::size_t index);
+    /// The tags have other colours now.
+    void colorTags();
     [[nodiscard]] bool isBusy() const { return search_ != nullptr; }
 
 protected:
@@ -47,6 +49,7 @@ protected:
 private:
     void addLibraries(const std::vector<ListRow>&);
     void addHits(const std::vector<SearchHit>&);
+    void colorTagsOf(std::vector<ListRow>&) const;
     void add(std::vector<ListRow>);
     void tellResultsChanged() const;
 

@@ -6,6 +6,7 @@
 #include "platform/linux/cloud/CatalogStorage.h"
 #include "platform/linux/cloud/DocumentStore.h"
 #include "platform/linux/cloud/ExampleDrive.h"
+#include "platform/linux/cloud/FileKeyValueStore.h"
 #include "platform/linux/cloud/LocalCloudService.h"
 #include "platform/linux/coordination/LinuxFileCoordination.h"
 #include "platform/linux/files/AtomicFile.h"
@@ -32,7 +33,8 @@ struct LinuxPlatform::Parts {
           types(locale, SharedMimeTypes::userDataFolders()), unfinished(home.appending("unfinished")),
           documents(cloudStoreIn(home), text, types, unfinished),
           coordination({clock, mainQueue, log, text, files, documents}, coordinationFolder(home)),
-          defaults(home.appending("defaults.json"), log), states(home.appending("state.json"), log),
+          defaults(home.appending("defaults.json"), log),
+          keyValues(keyValueFileIn(home), mainQueue, notifications, log), states(home.appending("state.json"), log),
           apps(options.desktop ? *options.desktop : DesktopFolders::ofUser(), locale,
                {mainQueue, log, clock, text, types, coordination})
     {
@@ -63,6 +65,7 @@ struct LinuxPlatform::Parts {
     DocumentStore documents;
     LinuxFileCoordination coordination;
     FileUserDefaults defaults;
+    FileKeyValueStore keyValues;
     FileStateStore states;
     DesktopApplications apps;
     Device device;
@@ -115,6 +118,7 @@ platform::Services LinuxPlatform::services()
         .storage = *parts_->storage,
         .apps = parts_->apps,
         .defaults = parts_->defaults,
+        .keyValues = parts_->keyValues,
         .device = parts_->device,
     };
 }

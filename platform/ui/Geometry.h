@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/ui/Color.h"
+
 namespace tessel {
 
 /// Sizes and places in points; the origin is the leading top corner, y grows downwards.
@@ -34,22 +36,6 @@ struct EdgeInsets {
     double trailing = 0;
 
     friend bool operator==(const EdgeInsets&, const EdgeInsets&) = default;
-};
-
-/// Components from 0 to 1, not premultiplied, sRGB.
-struct Color {
-    double red = 0;
-    double green = 0;
-    double blue = 0;
-    double alpha = 0;
-
-    [[nodiscard]] static constexpr Color white() { return {1, 1, 1, 1}; }
-    [[nodiscard]] static constexpr Color black() { return {0, 0, 0, 1}; }
-    /// A shade from black, 0, to white, 1.
-    [[nodiscard]] static constexpr Color gray(double level, double alpha = 1) { return {level, level, level, alpha}; }
-    [[nodiscard]] static constexpr Color clear() { return {0, 0, 0, 0}; }
-
-    friend bool operator==(const Color&, const Color&) = default;
 };
 
 /// A line along a rectangle's edge, inside it.

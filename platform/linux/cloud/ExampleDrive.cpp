@@ -1,10 +1,13 @@
 #include "platform/linux/cloud/ExampleDrive.h"
 
+#include "platform/base/KeyedArchive.h"
 #include "platform/files/ResourceValues.h"
 #include "platform/linux/base/ErrnoError.h"
 #include "platform/linux/cloud/ContainerDeclaration.h"
 #include "platform/linux/cloud/ExampleBuilder.h"
 #include "platform/linux/cloud/ExampleDocuments.h"
+#include "platform/linux/cloud/FileKeyValueStore.h"
+#include "platform/linux/files/AtomicFile.h"
 #include "platform/linux/files/FileDescriptor.h"
 
 #include <fcntl.h>
@@ -152,6 +155,22 @@ void syncFileSystem(const URL& folder)
         ::syncfs(descriptor.get());
 }
 
+// As the user's desktop writes it. A file that is there already is the user's own.
+std::optional<Error> writeTagColors(const URL& file)
+{
+    constexpr std::int64_t kVersion = 2;
+    constexpr std::pair<const char*, std::int64_t> kTags[] = {
+        {"Red", 6},    {"Orange", 7}, {"Yellow", 5},    {"Green", 2}, {"Blue", 4},
+        {"Purple", 3}, {"Gray", 1},   {"Important", 7}, {"Work", 4},  {"Home", 2}};
+    if (std::filesystem::exists(file.path()))
+        return std::nullopt;
+    Value::Array tags;
+    for (const auto& [name, label] : kTags)
+        tags.emplace_back(Value::Dictionary{{"n", name}, {"l", label}});
+    const Value::Dictionary dictionary = {{"TrovelTagDictVersion", kVersion}, {"TrovelTags", tags}};
+    return writeFileAtomically(file, keyedArchive::archived(Value::Dictionary{{"TrovelTagDict", dictionary}}));
+}
+
 } // namespace
 
 URL cloudStoreIn(const URL& home)
@@ -175,6 +194,8 @@ std::optional<Error> makeExampleDrive(const URL& home, const URL& syncedRoot, co
         error = buildLookbook(unfinished, store, types);
     if (!error)
         error = buildQuillpad(unfinished, store, types);
+    if (!error)
+        error = writeTagColors(keyValueFileIn(home));
     if (error)
         return error;
     syncFileSystem(unfinished);

@@ -3,7 +3,7 @@
 #include "platform/base/Platform.h"
 #include "platform/cloud/CloudService.h"
 #include "platform/qt/lists/DocumentLook.h"
-#include "platform/qt/lists/TagColors.h"
+#include "platform/qt/views/Colors.h"
 #include "platform/text/TextServices.h"
 
 #include <QStringList>
@@ -78,8 +78,8 @@ QVariantList tagMaps(const ListRow& row)
 {
     QVariantList tags;
     for (const auto& tag : row.tags)
-        tags.append(QVariantMap{{"name", QString::fromStdString(platform::installed().text.displayName(tag))},
-                                {"color", tagColor(tag)}});
+        tags.append(QVariantMap{{"name", QString::fromStdString(platform::installed().text.displayName(tag.name))},
+                                {"color", adaptedColor(tag.color.value_or(Color::clear()), false)}});
     return tags;
 }
 

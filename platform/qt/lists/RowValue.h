@@ -32,7 +32,7 @@ public:
     QString kind;     ///< "file", "folder", "package", "link" or "library"; empty for a row that is not there
     QString iconSource;
     QString thumbnailSource; ///< empty when there can be none
-    QVariantList tags;       ///< maps of `name` and `color`
+    QVariantList tags;       ///< maps of `name` and `color`, transparent without one
     bool inCloud = false;
     double progress = -1; ///< of a download, from 0 to 1; negative when there is none
     bool selected = false;

@@ -1,6 +1,7 @@
 #include "platform/documents/DocumentListController.h"
 
 #include "platform/base/NotificationCenter.h"
+#include "platform/cloud/KeyValueStore.h"
 #include "platform/documents/SearchController.h"
 #include "platform/linux/cloud/TagAttribute.h"
 #include "platform/linux/files/ExtendedAttributes.h"
@@ -31,6 +32,11 @@ public:
         opened.push_back("item " + std::string(url.lastPathComponent()));
     }
     void documentListControllerItemsChanged(DocumentListController&) override { changes++; }
+    [[nodiscard]] std::optional<Color> documentListControllerColorOfTag(const DocumentListController&,
+                                                                        const std::string& tag) const override
+    {
+        return tag == "Red" ? std::optional(red) : std::nullopt;
+    }
     void documentListControllerURLWasRemoved(DocumentListController&) override
     {
         removals++;
@@ -40,6 +46,7 @@ public:
     std::vector<std::string> opened;
     int changes = 0;
     int removals = 0;
+    Color red = Color::systemRed();
     std::shared_ptr<DocumentListController> list;
 };
 
@@ -235,7 +242,16 @@ TEST_F(DocumentListControllerTest, FetchesDetailsOfVisibleRowsAgainWhenTheyMayHa
     // A new tag changes no attribute that the row shows.
     if (setExtendedAttribute(drive.url("F/Sub"), kTagAttribute, "Red"))
         GTEST_SKIP() << "this file system keeps no attributes";
-    EXPECT_TRUE(platform.runUntil([&] { return list->row(0).tags == std::vector<std::string>{"Red"}; }));
+    EXPECT_TRUE(platform.runUntil([&] {
+        return list->row(0).tags == std::vector<ListTag>{{"Red", Color::systemRed()}};
+    }));
+
+    delegate->red = Color::systemOrange();
+    RowChanges told;
+    list->rowsChanged = [&](const RowChanges& changes) { told = changes; };
+    platform.services().notifications.post(kKeyValueStoreChangedNotification);
+    EXPECT_THAT(told.updated, ElementsAre(0));
+    EXPECT_EQ(list->row(0).tags.front().color, Color::systemOrange());
 }
 
 TEST_F(DocumentListControllerTest, PresentsSortedSearchResultsWhileThereIsAQuery)

@@ -44,6 +44,11 @@ public:
     {
         return action != ListAction::Share;
     }
+    std::optional<Color> documentListControllerColorOfTag(const DocumentListController&,
+                                                          const std::string& tag) const override
+    {
+        return tag == "Red" ? std::optional(Color::systemRed()) : std::nullopt;
+    }
     void documentListControllerURLWasRemoved(DocumentListController&) override {}
 
     std::vector<std::string> done;
@@ -159,6 +164,7 @@ TEST_F(FolderListTest, SaysTheSameAsTheConsole)
         !setExtendedAttribute(drive.url("orvane~Quillbox/Plan.txt"), kTagAttribute, "Red,\xe2\x80\xaeWork");
 
     controller = DocumentListController::create();
+    controller->delegate = delegate;
     const auto navigation = std::make_shared<NavigationController>();
     navigation->setViewControllers({controller}, Animated::No);
     const auto window = std::make_shared<Window>(Rect{0, 0, 400, 800});
@@ -182,6 +188,7 @@ TEST_F(FolderListTest, SaysTheSameAsTheConsole)
     EXPECT_EQ(plan.subtitle.section(" · ", 0, 0), "7 bytes");
     if (keepsTags) {
         EXPECT_EQ(plan.tags[0].toMap()["color"].toString(), "#e5483d");
+        EXPECT_EQ(plan.tags[1].toMap()["color"].toString(), "#00000000");
         EXPECT_THAT(plan.accessibleName.toStdString(), testing::StartsWith("Plan.txt, Document, 7 bytes, "));
         EXPECT_THAT(plan.accessibleName.toStdString(), testing::EndsWith(", Tags: Red, \xef\xbf\xbdWork"));
     }
