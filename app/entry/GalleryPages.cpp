@@ -1,14 +1,15 @@
 #include "app/entry/GalleryPages.h"
 
+#include "platform/base/Platform.h"
 #include "platform/ui/Button.h"
+#include "platform/ui/Device.h"
 #include "platform/ui/ImageView.h"
 #include "platform/ui/Label.h"
 #include "platform/ui/NavigationController.h"
 #include "platform/ui/ScrollView.h"
 #include "platform/ui/StackView.h"
 #include "platform/ui/TextField.h"
-
-#include <numbers>
+#include "preview/PieProgressIndicatorView.h"
 
 namespace tessel {
 
@@ -19,37 +20,33 @@ constexpr double kMargin = 16;
 constexpr auto kLongText = "A text of many words that does not fit into one line of any phone, and goes on for a while "
                            "so that one can see where it is broken and where it ends.";
 
-/// A circle of which a part is filled.
-class Pie final : public View {
+/// As large as it wants to be shown here.
+class Pie final : public PieProgressIndicatorView {
 public:
-    explicit Pie(double part) : part_(part) {}
-
     [[nodiscard]] Size intrinsicContentSize() const override { return {64, 64}; }
-    [[nodiscard]] bool drawsItself() const override { return true; }
-    void draw(Canvas& canvas) const override
-    {
-        const auto radius = std::min(bounds().width, bounds().height) / 2;
-        const Point center{bounds().width / 2, bounds().height / 2};
-        const auto start = -std::numbers::pi / 2;
-        Path sector;
-        sector.moveTo(center);
-        sector.addArc(center, radius - 2, start, start + part_ * 2 * std::numbers::pi);
-        sector.close();
-        canvas.setFillColor({0.1, 0.5, 0.6, 1});
-        canvas.fill(sector);
-        canvas.setStrokeColor({0.1, 0.5, 0.6, 1});
-        canvas.setLineWidth(2);
-        canvas.strokeOval({center.x - radius + 1, center.y - radius + 1, 2 * radius - 2, 2 * radius - 2});
-    }
-
-private:
-    const double part_;
 };
 
 std::shared_ptr<Label> label(std::string text, TextStyle style = TextStyle::Body)
 {
     auto made = std::make_shared<Label>(std::move(text));
     made->setFont(Font::preferred(style));
+    return made;
+}
+
+/// Names with a dot before each.
+std::shared_ptr<Label> dottedLabel(const std::vector<std::pair<std::string, Color>>& names)
+{
+    auto made = label("", TextStyle::Subheadline);
+    const auto metrics = platform::installed().device.textMeasurer().metrics(made->font());
+    AttributedText text;
+    for (const auto& [name, color] : names) {
+        const auto dot = std::make_shared<DisplayList>();
+        dot->setFillColor(color);
+        dot->fillOval({1, metrics.ascender - metrics.capHeight + 1, metrics.capHeight - 1, metrics.capHeight - 1});
+        text.append(Image::drawn(dot, {metrics.capHeight + 2, metrics.lineHeight}));
+        text.append(name, {metrics.descender});
+    }
+    made->setAttributedText(std::move(text));
     return made;
 }
 
@@ -204,8 +201,12 @@ std::shared_ptr<GalleryPage> galleryPictures()
     page->add(stack(StackView::Axis::Horizontal,
                     {picture(Image::symbol("folder-add")), picture(Image::icon("folder", {48, 48})),
                      picture(Image::icon("text-x-generic", {48, 48})), picture(Image::drawn(flag(8), {72, 48}))}));
+    page->addText("Pictures in a text");
+    page->add(dottedLabel({{"Red & green ", Color::systemRed()}, {"<Green>", Color::systemGreen()}}));
     page->addText("A view that draws itself: 40 %");
-    page->add(std::make_shared<Pie>(0.4));
+    const auto pie = std::make_shared<Pie>();
+    pie->setProgress(0.4F);
+    page->add(pie);
     page->addText("Enlarged smoothly, and to the next pixel");
     const auto smooth = std::make_shared<EnlargedView>();
     const auto sharp = std::make_shared<EnlargedView>();

@@ -13,6 +13,7 @@ class GenerationalStorage;
 class KeyValueStore;
 class MainQueue;
 class NotificationCenter;
+class ProgressService;
 class ResourceValues;
 class TextServices;
 class TypeRegistry;
@@ -34,6 +35,7 @@ struct Services {
     ResourceValues& resources;
     FolderReader& folders;
     CloudService& cloud;
+    ProgressService& progress;
     GenerationalStorage& storage;
     ApplicationRegistry& apps;
     UserDefaults& defaults;

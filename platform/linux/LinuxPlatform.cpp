@@ -1,6 +1,7 @@
 #include "platform/linux/LinuxPlatform.h"
 
 #include "platform/base/NotificationCenter.h"
+#include "platform/cloud/ProgressService.h"
 #include "platform/linux/StartFolders.h"
 #include "platform/linux/apps/DesktopApplications.h"
 #include "platform/linux/cloud/CatalogStorage.h"
@@ -32,7 +33,7 @@ struct LinuxPlatform::Parts {
         : clock(options.clock ? *options.clock : systemClock), text(locale, embeddedStringTables()),
           types(locale, SharedMimeTypes::userDataFolders()), unfinished(home.appending("unfinished")),
           documents(cloudStoreIn(home), text, types, unfinished),
-          coordination({clock, mainQueue, log, text, files, documents}, coordinationFolder(home)),
+          coordination({clock, mainQueue, log, text, files, documents, progress}, coordinationFolder(home)),
           defaults(home.appending("defaults.json"), log),
           keyValues(keyValueFileIn(home), mainQueue, notifications, log), states(home.appending("state.json"), log),
           apps(options.desktop ? *options.desktop : DesktopFolders::ofUser(), locale,
@@ -63,6 +64,7 @@ struct LinuxPlatform::Parts {
     UnfinishedWork unfinished;
     PosixFileManager files{unfinished};
     DocumentStore documents;
+    ProgressService progress{mainQueue};
     LinuxFileCoordination coordination;
     FileUserDefaults defaults;
     FileKeyValueStore keyValues;
@@ -115,6 +117,7 @@ platform::Services LinuxPlatform::services()
         .resources = *parts_->resources,
         .folders = *parts_->folders,
         .cloud = *parts_->cloud,
+        .progress = parts_->progress,
         .storage = *parts_->storage,
         .apps = parts_->apps,
         .defaults = parts_->defaults,

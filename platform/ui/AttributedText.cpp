@@ -1,6 +1,7 @@
 #include "platform/ui/AttributedText.h"
 
 #include <algorithm>
+#include <cmath>
 #include <string_view>
 #include <utility>
 
@@ -125,7 +126,7 @@ Size AttributedText::measured(const TextMeasurer& measurer, const Font& font, do
         if (run.attachment) {
             const auto& size = run.attachment->size();
             lines.beginPiece(gap);
-            lines.extendPiece(size.width, {size.height + offset, -offset});
+            lines.extendPiece(std::ceil(size.width), {std::ceil(size.height) + offset, -offset});
             gap = 0;
         }
         for (const auto& word : wordsOf(run.text)) {

@@ -16,7 +16,8 @@ struct TextAttributes {
     friend bool operator==(const TextAttributes&, const TextAttributes&) = default;
 };
 
-/// A text of parts that look differently, with images among them that stand on its baseline.
+/// A text of parts that look differently, with images among them that stand on its baseline and take
+/// whole points.
 class AttributedText {
 public:
     struct Run {

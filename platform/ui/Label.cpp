@@ -9,8 +9,26 @@ namespace tessel {
 
 void Label::setText(std::string text)
 {
+    const bool wasPlain = !std::exchange(attributed_, std::nullopt);
     if (assign(text_, std::move(text)))
         invalidateIntrinsicContentSize();
+    else if (!wasPlain)
+        attributedTextChanged();
+}
+
+void Label::setAttributedText(AttributedText text)
+{
+    if (attributed_ == text)
+        return;
+    text_ = text.text();
+    attributed_ = std::move(text);
+    attributedTextChanged();
+}
+
+void Label::attributedTextChanged()
+{
+    tellChanged(ViewChange::Properties);
+    invalidateIntrinsicContentSize();
 }
 
 void Label::setFont(const Font& font)
@@ -42,7 +60,7 @@ void Label::setLineBreak(LineBreak lineBreak)
 
 Size Label::intrinsicContentSize() const
 {
-    return platform::installed().device.textMeasurer().measure(text_, font_, kUnlimitedWidth, lines_);
+    return measured(kUnlimitedWidth);
 }
 
 /// What does not fit into one line is cut by the shell, not broken.
@@ -50,7 +68,14 @@ Size Label::sizeThatFits(const Size& available) const
 {
     if (lines_ == 1 || available.width <= 0)
         return intrinsicContentSize();
-    return platform::installed().device.textMeasurer().measure(text_, font_, available.width, lines_);
+    return measured(available.width);
+}
+
+Size Label::measured(double width) const
+{
+    const auto& measurer = platform::installed().device.textMeasurer();
+    return attributed_ ? attributed_->measured(measurer, font_, width, lines_)
+                       : measurer.measure(text_, font_, width, lines_);
 }
 
 std::string Label::accessibilityLabel() const

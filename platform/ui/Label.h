@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/ui/AttributedText.h"
 #include "platform/ui/Font.h"
 #include "platform/ui/View.h"
 
@@ -17,6 +18,9 @@ public:
 
     [[nodiscard]] const std::string& text() const { return text_; }
     void setText(std::string);
+    /// Shown in place of the text, which becomes the same without images; none when a plain text was set last.
+    [[nodiscard]] const std::optional<AttributedText>& attributedText() const { return attributed_; }
+    void setAttributedText(AttributedText);
     [[nodiscard]] const Font& font() const { return font_; }
     void setFont(const Font&);
     [[nodiscard]] const Color& textColor() const { return textColor_; }
@@ -34,7 +38,11 @@ public:
     [[nodiscard]] std::string accessibilityLabel() const override;
 
 private:
+    [[nodiscard]] Size measured(double width) const;
+    void attributedTextChanged();
+
     std::string text_;
+    std::optional<AttributedText> attributed_;
     Font font_;
     Color textColor_ = Color::black();
     TextAlignment alignment_ = TextAlignment::Natural;

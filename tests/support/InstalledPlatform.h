@@ -78,10 +78,11 @@ template <typename Wrapper>
             return service;
     };
     const auto& [clock, mainQueue, notifications, log, text, types, files, coordination, resources, folders, cloud,
-                 storage, apps, defaults, keyValues, device] = platform::installed();
-    return {either(clock), either(mainQueue),    either(notifications), either(log),     either(text),  either(types),
-            either(files), either(coordination), either(resources),     either(folders), either(cloud), either(storage),
-            either(apps),  either(defaults),     either(keyValues),     either(device)};
+                 progress, storage, apps, defaults, keyValues, device] = platform::installed();
+    return {either(clock),     either(mainQueue), either(notifications), either(log),       either(text),
+            either(types),     either(files),     either(coordination),  either(resources), either(folders),
+            either(cloud),     either(progress),  either(storage),       either(apps),      either(defaults),
+            either(keyValues), either(device)};
 }
 
 } // namespace tessel

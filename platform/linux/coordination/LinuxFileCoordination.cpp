@@ -1,5 +1,6 @@
 #include "platform/linux/coordination/LinuxFileCoordination.h"
 
+#include "platform/cloud/ProgressService.h"
 #include "platform/files/FileManager.h"
 #include "platform/linux/cloud/DocumentStore.h"
 #include "platform/linux/files/LinkText.h"
@@ -92,7 +93,13 @@ std::optional<Error> LinuxFileCoordination::read(const URL& url, const FileCoord
 std::optional<Error> LinuxFileCoordination::download(const URL& url, const FileCoordinator::Progress& progress,
                                                      const FilePresenter* asker)
 {
-    auto content = services_.documents.fetch(url, progress);
+    const auto publication = services_.progress.publishForFileURL(url);
+    auto content = services_.documents.fetch(url, [&](std::uint64_t done, std::uint64_t total) {
+        auto& published = publication.progress();
+        published.update(static_cast<std::int64_t>(done), static_cast<std::int64_t>(total));
+        const auto wish = progress ? progress(done, total) : OnProgress::Continue;
+        return published.isCancelled() ? OnProgress::Cancel : wish;
+    });
     if (!content)
         return content.error();
     const Wishes wishes = {{realPath(url), true}};

@@ -16,6 +16,7 @@ namespace tessel {
 
 class DocumentStore;
 class FileManager;
+class ProgressService;
 class TextServices;
 
 /// What accesses are coordinated with. The services outlive the coordination.
@@ -26,6 +27,7 @@ struct CoordinationServices {
     const TextServices& text;
     const FileManager& files;
     const DocumentStore& documents;
+    ProgressService& progress;
 };
 
 /// Coordinates the accesses of all threads and of all processes that have the same folder for it.

@@ -6,8 +6,8 @@ Text {
 
     required property var node
 
-    text: node?.text ?? ""
-    textFormat: Text.PlainText
+    text: node?.richText || node?.text || ""
+    textFormat: node?.richText ? Text.RichText : Text.PlainText
     font: node?.font ?? Qt.application.font
     color: node?.textColor ?? Theme.text
     horizontalAlignment: node?.alignment ?? Text.AlignLeft
@@ -15,8 +15,9 @@ Text {
     elide: node?.elide ?? Text.ElideRight
     maximumLineCount: node?.lines > 0 ? node.lines : 10000
     wrapMode: node?.lines === 1 ? Text.NoWrap : Text.Wrap
+    clip: textFormat === Text.RichText // which is never elided
     Accessible.role: Accessible.StaticText
-    Accessible.name: node?.accessibleName || text
+    Accessible.name: node?.accessibleName || node?.text || ""
     Accessible.ignored: text.length === 0
 
     NodeChildren {

@@ -7,6 +7,8 @@
 #include "platform/ui/Device.h"
 #include "platform/ui/Label.h"
 
+#include <cmath>
+
 namespace tessel::qt {
 
 namespace {
@@ -15,6 +17,21 @@ QString symbolOf(const std::optional<Image>& image)
 {
     const bool isSymbol = image && image->kind() == Image::Kind::Symbol;
     return isSymbol ? QString::fromStdString(image->name()) : QString();
+}
+
+/// In whole points, for others are not read.
+QString imageElement(const Image& image, bool dark)
+{
+    return QStringLiteral(R"(<img src="%1" width="%2" height="%3" style="vertical-align: top">)")
+        .arg(imageSource(image, dark).toHtmlEscaped())
+        .arg(std::ceil(image.size().width))
+        .arg(std::ceil(image.size().height));
+}
+
+/// Blanks would be shown as one.
+QString escaped(const std::string& text)
+{
+    return QString::fromStdString(text).toHtmlEscaped().replace(QStringLiteral("  "), QStringLiteral("&nbsp; "));
 }
 
 } // namespace
@@ -44,6 +61,17 @@ QString LabelNode::text() const
 {
     const auto label = this->label();
     return label ? QString::fromStdString(label->text()) : QString();
+}
+
+QString LabelNode::richText() const
+{
+    const auto label = this->label();
+    if (!label || !label->attributedText())
+        return {};
+    QString rich;
+    for (const auto& run : label->attributedText()->runs())
+        rich += run.attachment ? imageElement(*run.attachment, dark()) : escaped(run.text);
+    return rich;
 }
 
 QFont LabelNode::font() const

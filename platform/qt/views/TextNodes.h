@@ -15,12 +15,13 @@ namespace tessel::qt {
 /// first, so that only what is natural is mirrored.
 [[nodiscard]] int horizontalAlignment(TextAlignment);
 
-/// A label: plain text, wrapped at words and, within one that is too long for a line, anywhere.
+/// A label: text, wrapped at words and, within one that is too long for a line, anywhere.
 class LabelNode final : public Node {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Nodes are made by the shell.")
     Q_PROPERTY(QString text READ text NOTIFY changed)
+    Q_PROPERTY(QString richText READ richText NOTIFY changed)
     Q_PROPERTY(QFont font READ font NOTIFY changed)
     Q_PROPERTY(QColor textColor READ textColor NOTIFY changed)
     Q_PROPERTY(int alignment READ alignment NOTIFY changed)
@@ -32,6 +33,9 @@ public:
 
     [[nodiscard]] QString kind() const override { return QStringLiteral("label"); }
     [[nodiscard]] QString text() const;
+    /// The text with the images in it, as Text.RichText reads it; empty for a plain one. Each image is as high as a
+    /// line; what is raised is not told.
+    [[nodiscard]] QString richText() const;
     [[nodiscard]] QFont font() const;
     [[nodiscard]] QColor textColor() const;
     /// See horizontalAlignment.

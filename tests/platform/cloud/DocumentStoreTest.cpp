@@ -1,5 +1,6 @@
 #include "platform/linux/cloud/DocumentStore.h"
 #include "platform/cloud/CloudService.h"
+#include "platform/cloud/ProgressService.h"
 #include "platform/files/FileCoordinator.h"
 #include "platform/files/FileManager.h"
 #include "platform/files/ResourceValues.h"
@@ -19,6 +20,7 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <future>
 #include <thread>
 
 namespace tessel {
@@ -107,6 +109,43 @@ TEST_F(DocumentStoreTest, DownloadsADocumentForWhoeverReadsItsContent)
     EXPECT_THAT(*readTagNames(plan), ElementsAre("Work"));
     EXPECT_EQ(platform.services().files.attributes(plan.path())->modificationDate, Date{7});
     EXPECT_THAT(names(drive), ElementsAre("Plan.txt"));
+}
+
+// Somebody else downloads what the user looks at, and the user has enough of it.
+TEST_F(DocumentStoreTest, PublishesADownloadWhichAnybodyCanCancel)
+{
+    makeInCloud(plan, std::string(1'000'000, 'x'));
+    std::shared_ptr<Progress> published;
+    bool isWithdrawn = false;
+    const auto subscriber = platform.services().progress.addSubscriberForFileURL(plan, [&](const auto& progress) {
+        published = progress;
+        return [&] { isWithdrawn = true; };
+    });
+    std::promise<void> cancelled;
+    int steps = 0;
+    std::optional<Error> error;
+    std::thread reader([&, wait = cancelled.get_future().share()] {
+        const auto result = readCoordinated(plan, [&](std::uint64_t, std::uint64_t) {
+            steps++;
+            wait.wait();
+            return OnProgress::Continue;
+        });
+        error = result ? std::nullopt : std::optional(result.error());
+    });
+    const bool isSeen = platform.runUntil([&] { return published && published->completedUnitCount() > 0; });
+    if (isSeen) {
+        EXPECT_EQ(published->kind(), kProgressKindFile);
+        EXPECT_EQ(published->totalUnitCount(), 11) << "as the placeholder says";
+        published->cancel();
+    }
+    cancelled.set_value();
+    reader.join();
+    ASSERT_TRUE(isSeen);
+    ASSERT_TRUE(error);
+    EXPECT_EQ(error->code, ErrorCode::kUserCancelled);
+    EXPECT_EQ(steps, 1) << "it went on though it was cancelled";
+    EXPECT_TRUE(platform.runUntil([&] { return isWithdrawn; }));
+    EXPECT_TRUE(isInCloud(plan));
 }
 
 TEST_F(DocumentStoreTest, LeavesADocumentInTheCloudWhenItsContentDoesNotCome)

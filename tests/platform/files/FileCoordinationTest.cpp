@@ -47,7 +47,10 @@ protected:
     [[nodiscard]] LinuxFileCoordination coordination(Clock::Ticks limit) const
     {
         const auto services = platform::installed();
-        return {{realClock, services.mainQueue, services.log, services.text, services.files, documents}, folder, limit};
+        return {
+            {realClock, services.mainQueue, services.log, services.text, services.files, documents, services.progress},
+            folder,
+            limit};
     }
 
     std::optional<Error> access(

@@ -217,6 +217,23 @@ TEST_F(NodeTest, MirrorOnlyWhatIsNatural)
     EXPECT_EQ(horizontalAlignment(TextAlignment::Center), Qt::AlignHCenter);
 }
 
+TEST_F(NodeTest, ShowsImagesInTextAndNothingThatTheTextSaysItself)
+{
+    const auto label = std::make_shared<Label>("<b>plain</b>");
+    EXPECT_EQ(node<LabelNode>(label)->richText(), "");
+    const auto dot = std::make_shared<DisplayList>();
+    AttributedText text;
+    text.append(Image::drawn(dot, {9, 12}));
+    text.append("<b>R&D</b>  x", {2.5});
+    label->setAttributedText(text);
+    const auto rich = node<LabelNode>(label)->richText();
+    EXPECT_TRUE(rich.startsWith(R"(<img src="image://drawn/)")) << rich.toStdString();
+    EXPECT_TRUE(
+        rich.endsWith(R"(/9/12/light" width="9" height="12" style="vertical-align: top">&lt;b&gt;R&amp;D&lt;/b&gt;&nbsp; x)"))
+        << rich.toStdString();
+    EXPECT_EQ(node<LabelNode>(label)->text(), "<b>R&D</b>  x");
+}
+
 TEST_F(NodeTest, ShowShadesTheOtherWayRoundInDarkAppearance)
 {
     const auto label = std::make_shared<Label>("text");
