@@ -24,11 +24,12 @@ public:
     ~EventLoop() override;
 
     bool event(QEvent*) override;
+    /// Does what is ready, for a few milliseconds at most.
+    void drain();
 
 private:
     struct Waker;
 
-    void drain();
     void waitForNextTask(bool isMoreReady);
 
     MainQueue& queue_;

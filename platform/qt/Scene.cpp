@@ -9,6 +9,8 @@
 #include "platform/qt/views/ImageSources.h"
 #include "platform/ui/Device.h"
 
+#include <QCoreApplication>
+#include <QDebug>
 #include <QQmlContext>
 #include <QQuickWindow>
 
@@ -16,29 +18,68 @@ void qml_register_types_Tessel();
 
 namespace tessel::qt {
 
-Scene::Scene(Shell& shell) : shell_(shell)
+namespace {
+
+/// The window, and what its first page is made of, which is loaded by name.
+constexpr const char* kFirstFiles[] = {"Main.qml", "FolderPage.qml", "FolderRows.qml"};
+
+QUrl urlOf(const char* file)
+{
+    return QUrl(QString("qrc:/qt/qml/Tessel/") + file);
+}
+
+void follow(QQuickWindow& window, Shell& shell)
+{
+    const auto tellSize = [&shell, &window] { shell.setSize(window.width(), window.height()); };
+    QObject::connect(&window, &QWindow::widthChanged, &shell, tellSize);
+    QObject::connect(&window, &QWindow::heightChanged, &shell, tellSize);
+    QObject::connect(&window, &QWindow::screenChanged, &shell,
+                     [&window] { platform::installed().device.screenScale = window.devicePixelRatio(); });
+    QObject::connect(&window, &QQuickWindow::afterAnimating, &shell, &Shell::syncAnchors);
+    shell.setScene(window.contentItem());
+    tellSize();
+}
+
+} // namespace
+
+Scene::Scene()
 {
     qml_register_types_Tessel(); // also has the linker take it
     addImages();
     tellDisabledItems();
-    const auto bounds = platform::installed().device.screenBounds();
-    engine_.setInitialProperties({{"width", qRound(bounds.width)}, {"height", qRound(bounds.height)}});
     engine_.addImportPath("qrc:/qt/qml");
+    QObject::connect(&engine_, &QQmlEngine::quit, QCoreApplication::instance(), &QCoreApplication::quit,
+                     Qt::QueuedConnection);
+    for (const auto* file : kFirstFiles)
+        ahead_.push_back(std::make_unique<QQmlComponent>(&engine_, urlOf(file), QQmlComponent::Asynchronous));
+}
+
+Scene::~Scene() = default;
+
+void Scene::load()
+{
+    for (const auto* file : kFirstFiles)
+        const QQmlComponent waits(&engine_, urlOf(file)); // for what the one before has begun
+}
+
+void Scene::open(Shell& shell)
+{
+    load();
+    QQmlComponent component(&engine_, urlOf(kFirstFiles[0]));
     engine_.rootContext()->setContextProperty("shell", &shell);
-    engine_.load(QUrl("qrc:/qt/qml/Tessel/Main.qml"));
-    if (auto* const window = this->window())
-        follow(*window);
+    const auto bounds = platform::installed().device.screenBounds();
+    auto* const root =
+        component.createWithInitialProperties({{"width", qRound(bounds.width)}, {"height", qRound(bounds.height)}});
+    for (const auto& error : component.errors())
+        qWarning().noquote() << error.toString();
+    window_.reset(qobject_cast<QQuickWindow*>(root));
+    if (window_)
+        follow(*window_, shell);
 }
 
-Scene::~Scene()
+void Scene::close()
 {
-    shell_.setScene(nullptr);
-}
-
-QQuickWindow* Scene::window() const
-{
-    const auto roots = engine_.rootObjects();
-    return roots.isEmpty() ? nullptr : qobject_cast<QQuickWindow*>(roots.front());
+    window_.reset();
 }
 
 void Scene::addImages()
@@ -48,18 +89,6 @@ void Scene::addImages()
     engine_.addImageProvider(
         "thumbnail", new ThumbnailProvider({ThumbnailCache::desktopFolder(), "tesseldrive-" TESSELDRIVE_VERSION}));
     engine_.addImageProvider(DrawnImageProvider::kName, new DrawnImageProvider);
-}
-
-void Scene::follow(QQuickWindow& window)
-{
-    const auto tellSize = [this, &window] { shell_.setSize(window.width(), window.height()); };
-    QObject::connect(&window, &QWindow::widthChanged, &shell_, tellSize);
-    QObject::connect(&window, &QWindow::heightChanged, &shell_, tellSize);
-    QObject::connect(&window, &QWindow::screenChanged, &shell_,
-                     [&window] { platform::installed().device.screenScale = window.devicePixelRatio(); });
-    QObject::connect(&window, &QQuickWindow::afterAnimating, &shell_, &Shell::syncAnchors);
-    shell_.setScene(window.contentItem());
-    tellSize();
 }
 
 } // namespace tessel::qt

@@ -1,6 +1,10 @@
 #pragma once
 
-#include <QQmlApplicationEngine>
+#include <QQmlComponent>
+#include <QQmlEngine>
+
+#include <memory>
+#include <vector>
 
 class QQuickWindow;
 
@@ -8,24 +12,30 @@ namespace tessel::qt {
 
 class Shell;
 
-/// The window and all that QML made for it.
+/// All that QML makes of the program.
 class Scene {
 public:
-    /// Opens the window, in the size of the device's screen. @param shell outlives the scene
-    explicit Scene(Shell& shell);
+    /// Begins to load what the window is made of, on a thread of QML's own.
+    Scene();
     ~Scene();
     Scene(const Scene&) = delete;
     Scene& operator=(const Scene&) = delete;
 
-    /// Null when QML could not be loaded, which it has told on standard error.
-    [[nodiscard]] QQuickWindow* window() const;
+    /// Waits for what is being loaded.
+    void load();
+    /// Opens the window, in the size of the device's screen. @param shell outlives the window
+    void open(Shell& shell);
+    void close();
+
+    /// Null until it is opened, and when QML could not be loaded, which is told on standard error.
+    [[nodiscard]] QQuickWindow* window() const { return window_.get(); }
 
 private:
     void addImages();
-    void follow(QQuickWindow&);
 
-    Shell& shell_;
-    QQmlApplicationEngine engine_;
+    QQmlEngine engine_;
+    std::vector<std::unique_ptr<QQmlComponent>> ahead_; ///< keep what has been loaded
+    std::unique_ptr<QQuickWindow> window_;
 };
 
 } // namespace tessel::qt

@@ -12,7 +12,9 @@
 #include "platform/ui/Application.h"
 #include "platform/ui/Device.h"
 
+#include <QFontMetricsF>
 #include <QGuiApplication>
+#include <QHashFunctions>
 #include <QIcon>
 #include <QLocale>
 #include <QLoggingCategory>
@@ -22,6 +24,7 @@
 #include <QSocketNotifier>
 
 #include <array>
+#include <future>
 
 namespace tessel {
 
@@ -71,6 +74,13 @@ void nameApplication()
     QGuiApplication::setDesktopFileName("orvane.TesselDrive");
     QGuiApplication::setWindowIcon(QIcon(":/tessel/app/orvane.TesselDrive.svg"));
     QGuiApplication::setLayoutDirection(userLocale().textDirection());
+}
+
+/// Which fonts there are takes milliseconds to find out, in which this thread has other things to begin.
+/// @returns a future that waits for the end of it when it goes
+std::future<void> readFonts()
+{
+    return std::async(std::launch::async, [font = QGuiApplication::font()] { QFontMetricsF(font).ascent(); });
 }
 
 void describeDevice(Device& device, const qt::SystemAppearance& appearance)
@@ -126,6 +136,8 @@ struct WindowShell::Parts {
     qt::EventLoop loop;
     qt::SystemAppearance appearance;
     qt::QtTextMeasurer measurer;
+    std::future<void> fonts = readFonts();
+    qt::Scene scene;
 };
 
 std::optional<std::string> WindowShell::whyNoWindow()
@@ -135,6 +147,9 @@ std::optional<std::string> WindowShell::whyNoWindow()
 
 WindowShell::WindowShell(int endDescriptor)
 {
+    // A tenth of the start is hashing where processors wake their wide instructions for it. The keys here are the
+    // program's own names: nobody can choose many of them.
+    QHashSeed::setDeterministicGlobalSeed();
     if (isSoftware())
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     parts_ = std::make_unique<Parts>(endDescriptor);
@@ -146,15 +161,19 @@ bool WindowShell::run(Application& application)
 {
     qt::Shell shell(parts_->appearance);
     shell.sync();
-    const qt::Scene scene(shell);
+    parts_->scene.load();
+    parts_->loop.drain(); // so that the first picture shows what has been found meanwhile
+    shell.sync();
+    parts_->scene.open(shell);
+    auto* const window = parts_->scene.window();
     parts_->noWaylandDrivers.reset();
-    auto* const window = scene.window();
     if (window) {
         const qt::ApplicationLife life(application, shell, *window);
         QGuiApplication::exec();
         const auto bounds = platform::installed().device.screenBounds();
         qt::rememberWindowSize({bounds.width, bounds.height});
     }
+    parts_->scene.close();
     application.resignActive();
     return window != nullptr;
 }

@@ -6,34 +6,38 @@ Loader {
 
     property var list
     property var tracked
-    property string title
-    property point position
 
     function open(list, index, title, position) {
         if (index < 0 || list.actions().length === 0)
             return
         menuLayer.list = list
         menuLayer.tracked = list.track(index)
-        menuLayer.title = title
-        menuLayer.position = position
+        setSource("ActionMenu.qml", {"actions": list.actions(), "title": title, "position": position})
         active = true
     }
 
-    active: false
-    sourceComponent: ActionMenu {
-        actions: menuLayer.list.actions()
-        title: menuLayer.title
-        position: menuLayer.position
-        onClosed: menuLayer.active = false
-        onChosen: code => {
-            const list = menuLayer.list
-            const index = menuLayer.tracked.row
-            menuLayer.active = false
-            if (list && index >= 0)
-                list.perform(index, code)
-        }
+    function choose(code) {
+        const list = menuLayer.list
+        const index = tracked.row
+        active = false
+        if (list && index >= 0)
+            list.perform(index, code)
     }
+
+    active: false
     onLoaded: item.forceActiveFocus()
     onActiveChanged: if (!active)
         list = null
+
+    Connections {
+        target: menuLayer.item
+
+        function onClosed() {
+            menuLayer.active = false
+        }
+
+        function onChosen(code) {
+            menuLayer.choose(code)
+        }
+    }
 }

@@ -7,7 +7,7 @@ Item {
     required property Flickable view
     readonly property real content: view.contentHeight
     readonly property real room: view.height - 4
-    readonly property bool needed: content > view.height + 1
+    readonly property bool needed: view.height > 0 && content > view.height + 1 // a new list has no height yet
     readonly property real length: Math.max(36, room * view.height / Math.max(1, content))
     readonly property real part: (view.contentY - view.originY) / Math.max(1, content - view.height)
 

@@ -51,8 +51,10 @@ protected:
         list->delegate = told;
         list->offeredActions = 0x7D;
         push(list, Animated::No);
-        scene.emplace(shell);
+        scene.emplace().open(shell);
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(scene->window()));
         EXPECT_TRUE(becomes([&] { return list->containedItemCount() == 0 || !items("row").empty(); }));
+        scene->window()->grabWindow(); // everything has its place
         return list;
     }
 

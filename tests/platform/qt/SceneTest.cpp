@@ -36,6 +36,11 @@ private:
 /// The real window over real controllers, without a display.
 class SceneTest : public ShellFixture {
 protected:
+    SceneTest()
+    {
+        scene->open(shell);
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(scene->window()));
+    }
     ~SceneTest() override { EXPECT_TRUE(Complaints::heard.isEmpty()) << Complaints::heard.join('\n').toStdString(); }
 
     [[nodiscard]] QQuickItem* item(const QString& name) const
@@ -69,7 +74,7 @@ protected:
 
     const Complaints complaints;
     EventLoop loop{platform.services().mainQueue, platform.services().clock};
-    std::optional<Scene> scene{std::in_place, shell};
+    std::optional<Scene> scene{std::in_place};
 };
 
 TEST_F(SceneTest, APressedRowSlidesItsFolderInAndTheBackButtonOut)
@@ -90,6 +95,7 @@ TEST_F(SceneTest, APressedRowSlidesItsFolderInAndTheBackButtonOut)
     const auto pusher = std::make_shared<Pusher>();
     root->delegate = pusher;
     ASSERT_TRUE(becomes([&] { return item("row") != nullptr; }));
+    scene->window()->grabWindow(); // it has its place
     click(item("row"));
     ASSERT_TRUE(becomes([&] { return navigation->viewControllers().size() == 2; }));
     EXPECT_TRUE(becomes([&] { return isAtRest(); }));
