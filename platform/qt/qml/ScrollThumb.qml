@@ -11,8 +11,8 @@ Item {
     readonly property real length: Math.max(36, room * view.height / Math.max(1, content))
     readonly property real part: (view.contentY - view.originY) / Math.max(1, content - view.height)
 
+    objectName: "scrollThumb"
     anchors.right: parent.right
-    anchors.rightMargin: 0
     y: 2 + Math.max(0, Math.min(1, part)) * (room - length)
     z: 2
     width: 14

@@ -59,6 +59,14 @@ TEST_F(FolderPageTest, ASwipeUncoversTheActionsOfOneRowUntilSomethingElseIsTouch
     EXPECT_THAT(told->done, ElementsAre("0 item 12"));
 }
 
+TEST_F(FolderPageTest, AListShowsWhereOneIsOnlyWhenItMoves)
+{
+    openLongList();
+    EXPECT_TRUE(items("scrollThumb").empty());
+    item("folderList")->setProperty("contentY", 40);
+    EXPECT_TRUE(becomes([&] { return !items("scrollThumb").empty(); }));
+}
+
 // While the finger lies on a row, another program saves a document above it.
 TEST_F(FolderPageTest, AMenuActsOnTheItemThatItWasOpenedFor)
 {
