@@ -29,6 +29,11 @@ QString Page::message() const
     return unavailable ? QString::fromStdString(unavailable->message()) : QString();
 }
 
+bool Page::isUnderBars() const
+{
+    return controller()->extendsUnderBars;
+}
+
 Node* Page::root()
 {
     return kind() == QStringLiteral("views") ? views_.nodeFor(controller()->view().shared_from_this()) : nullptr;

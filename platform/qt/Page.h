@@ -30,6 +30,7 @@ class Page : public Presence {
     Q_PROPERTY(QVariantList toolbarItems MEMBER toolbarItems_ NOTIFY toolbarItemsChanged)
     Q_PROPERTY(bool toolbarHidden MEMBER isToolbarHidden_ NOTIFY toolbarHiddenChanged)
     Q_PROPERTY(QString message READ message CONSTANT)
+    Q_PROPERTY(bool underBars READ isUnderBars CONSTANT)
     Q_PROPERTY(tessel::qt::FolderList* list READ list CONSTANT)
     Q_PROPERTY(tessel::qt::Node* root READ root CONSTANT)
 
@@ -40,8 +41,10 @@ public:
     [[nodiscard]] QString kind() const;
     /// Why there is nothing to see, on an unavailable page.
     [[nodiscard]] QString message() const;
+    /// Whether the view lies under the bars as well.
+    [[nodiscard]] bool isUnderBars() const;
     [[nodiscard]] FolderList* list() const { return list_; } ///< null on other pages
-    /// The view of a page of views; null on other pages. Its size is that between the bars.
+    /// The view of a page of views; null on other pages. Its size is that between the bars, or of the page.
     [[nodiscard]] Node* root();
 
     /// Reads everything again. @param below the controller beneath in the stack, or null

@@ -34,13 +34,15 @@ std::shared_ptr<NavigationController> rootNavigation()
     return std::dynamic_pointer_cast<NavigationController>(rootController());
 }
 
-/// Lays out the stack's top controller in the room between the bars.
+/// Lays out the stack's top controller in the room between the bars, unless it wants to lie under them.
 void layOutTop(NavigationController& navigation, const Size& window)
 {
     navigation.layoutView({0, 0, window.width, window.height});
     const auto top = navigation.topViewController();
     if (!top)
         return;
+    if (top->extendsUnderBars)
+        return top->layoutView({0, 0, window.width, window.height});
     const auto above = NavigationController::navigationBarHeight();
     const auto below = PageStack::hasToolbar(navigation, *top) ? NavigationController::toolbarHeight() : 0;
     top->layoutView({0, above, window.width, std::max(0.0, window.height - above - below)});

@@ -13,6 +13,12 @@ void Device::setScreenBounds(const Rect& bounds)
     tellScreenChanged();
 }
 
+InterfaceOrientation Device::interfaceOrientation() const
+{
+    return screenBounds_.width > screenBounds_.height ? InterfaceOrientation::LandscapeRight
+                                                      : InterfaceOrientation::Portrait;
+}
+
 void Device::setTextMeasurer(const TextMeasurer* measurer)
 {
     measurer_ = measurer ? measurer : &fixedMeasurer_;

@@ -13,6 +13,7 @@ class Window;
 
 enum class Idiom { Phone, Pad };
 enum class LayoutDirection { LeftToRight, RightToLeft };
+enum class InterfaceOrientation { Portrait = 1, PortraitUpsideDown = 2, LandscapeRight = 3, LandscapeLeft = 4 };
 
 /// The device as the program sees it: its screen, its kind, its writing direction, and the window on it. A shell sets
 /// what changes. Main thread only.
@@ -27,6 +28,11 @@ public:
     LayoutDirection layoutDirection = LayoutDirection::LeftToRight;
     double screenScale = 1; ///< pixels a point
     double textScale = 1;   ///< the user's text size, from 1 to 2
+
+    Rect statusBarFrame; ///< what the system covers of the screen; none in a window
+
+    /// How the screen is held; a window lies on its side when it is wider than high.
+    [[nodiscard]] InterfaceOrientation interfaceOrientation() const;
 
     [[nodiscard]] const TextMeasurer& textMeasurer() const { return *measurer_; }
     /// @param measurer outlives its use here; null for fixed advances

@@ -46,6 +46,8 @@ public:
     void setToolbarItems(BarButtonItems);
 
     std::string restorationIdentifier; ///< empty: the state is not restored
+    /// Whether the view lies under the bars of the stack as well; else between them.
+    bool extendsUnderBars = false;
 
     /// The stack that this controller is on, or the one that it is a child of; null without.
     [[nodiscard]] std::shared_ptr<NavigationController> navigationController() const;

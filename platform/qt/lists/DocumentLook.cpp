@@ -1,6 +1,7 @@
 #include "platform/qt/lists/DocumentLook.h"
 
 #include "platform/base/Platform.h"
+#include "platform/documents/DocumentIcon.h"
 #include "platform/files/TypeRegistry.h"
 #include "platform/qt/thumbnails/ThumbnailSwitch.h"
 #include "platform/qt/views/ImageSources.h"
@@ -16,42 +17,12 @@ namespace {
 constexpr std::uint64_t kLargestWithThumbnail = 200'000'000; // bytes
 constexpr std::size_t kMostTypesKept = 1000;
 
-/// What documents of a type are shown with: freedesktop icon names, the best first.
-struct TypeIcon {
-    std::string_view ancestor; ///< the type, or one that it derives from
-    const char* names;
-};
-
-// The first that fits is taken.
-constexpr TypeIcon kTypeIcons[] = {
-    {"com.adobe.pdf", "application-pdf|x-office-document"},
-    {"public.svg-image", "image-svg+xml|x-office-drawing|image-x-generic"},
-    {"public.image", "image-x-generic"},
-    {"public.audio", "audio-x-generic"},
-    {"public.audiovisual-content", "video-x-generic"},
-    {"public.html", "text-html"},
-    {"public.markdown", "text-markdown|text-x-generic"},
-    {"public.source-code", "text-x-script|text-x-generic"},
-    {"public.comma-separated-values-text", "text-csv|x-office-spreadsheet"},
-    {"public.rtf", "application-rtf|x-office-document"},
-    {"public.contact", "x-office-address-book|text-vcard"},
-    {"public.calendar-event", "x-office-calendar|text-calendar"},
-    {"public.xml", "text-xml|text-html|text-x-script"},
-    {"public.json", "application-json|text-x-script"},
-    {"public.text", "text-x-generic"},
-    {"public.spreadsheet", "x-office-spreadsheet"},
-    {"public.presentation", "x-office-presentation"},
-    {"public.archive", "package-x-generic"},
-    {"public.font", "font-x-generic"},
-    {"public.executable", "application-x-executable"},
-    {"public.composite-content", "x-office-document"},
-};
-
 constexpr std::string_view kTypesWithThumbnails[] = {"public.image", "public.text", "com.adobe.pdf"};
 
-QString source(const char* names, const char* kind)
+QString source(std::string_view names, const char* kind)
 {
-    return QStringLiteral("image://icon/") + QLatin1String(names) + u'?' + QLatin1String(kind);
+    const auto text = QString::fromUtf8(names.data(), static_cast<qsizetype>(names.size())).replace(u' ', u'|');
+    return QStringLiteral("image://icon/") + text + u'?' + QLatin1String(kind);
 }
 
 struct Look {
@@ -63,10 +34,7 @@ Look lookOfType(const std::string& type)
 {
     const auto& types = platform::installed().types;
     const auto isA = [&](std::string_view ancestor) { return types.conforms(type, ancestor); };
-    const auto* icon = std::find_if(std::begin(kTypeIcons), std::end(kTypeIcons),
-                                    [&](const TypeIcon& candidate) { return isA(candidate.ancestor); });
-    const bool isKnown = icon != std::end(kTypeIcons);
-    return {source(isKnown ? icon->names : "application-octet-stream", "file"),
+    return {source(documentIconNames(type), "file"),
             std::any_of(std::begin(kTypesWithThumbnails), std::end(kTypesWithThumbnails), isA)};
 }
 
@@ -92,7 +60,7 @@ QString iconSource(const ListRow& row)
     static const auto folder = source("folder", "folder");
     static const auto library = source("library", "library");
     static const auto package = source("package", "package");
-    static const auto link = source("inode-symlink|link", "link");
+    static const auto link = source("inode-symlink link", "link");
     switch (row.kind) {
     case RowKind::Folder:
         return folder;

@@ -74,9 +74,9 @@ FocusScope {
     Loader {
         id: content
 
-        y: navigationBar.height
+        y: view.page.underBars ? 0 : navigationBar.height
         width: view.width
-        height: toolbar.y - y
+        height: (view.page.underBars ? view.height : toolbar.y) - y
         focus: true
         source: view.page.kind === "list" ? "FolderPage.qml" : view.page.kind === "views" ? "ViewPage.qml" : "UnavailablePage.qml"
         onLoaded: item.page = Qt.binding(() => view.page)
