@@ -152,6 +152,18 @@ void DocumentListController::pressRow(std::size_t index)
     show(listing_->state, RowChanges::update(index));
 }
 
+void DocumentListController::selectAllRows()
+{
+    if (const auto changes = listing_->rows.selectAll(); !changes.empty())
+        show(listing_->state, changes);
+}
+
+void DocumentListController::makeSearchFieldFirstResponder()
+{
+    searchFieldIsFirstResponder_ = true;
+    platform::installed().device.tellScreenChanged();
+}
+
 void DocumentListController::open(const ListRow& row)
 {
     const auto self = shared_from_this();

@@ -114,7 +114,8 @@ public:
     /// Puts the query into the search field, as if the user had typed it; an empty one ends the search. The results are
     /// in the SearchController that is then presented over the navigation controller.
     void startSearch(const std::string& query);
-    void makeSearchFieldFirstResponder() { searchFieldIsFirstResponder_ = true; }
+    /// Gives the keyboard to the search field, until a shell tells that something else has got it.
+    void makeSearchFieldFirstResponder();
     [[nodiscard]] bool searchFieldIsFirstResponder() const { return searchFieldIsFirstResponder_; }
 
     // For the shells.
@@ -129,6 +130,9 @@ public:
     void colorTags(ListRow&) const;
     /// Presses a row: opens it, or, while editing, selects or deselects it.
     void pressRow(std::size_t index);
+    void selectAllRows();
+    /// The keyboard has gone to the search field, or away from it.
+    void setSearchFieldIsFirstResponder(bool isFirst) { searchFieldIsFirstResponder_ = isFirst; }
     /// The rows that can be seen, for which counts, tags and package sizes are fetched, now and when they change. An
     /// empty range fetches none, and has all fetched again the next time: what is below a folder may have changed.
     void setVisibleRows(std::size_t first, std::size_t count);

@@ -2,6 +2,7 @@
 
 #include "platform/base/Platform.h"
 #include "platform/cloud/UserDefaults.h"
+#include "platform/ui/Device.h"
 
 namespace tessel {
 
@@ -46,6 +47,7 @@ ListMode DocumentListController::listMode()
 void DocumentListController::setListMode(ListMode mode)
 {
     platform::installed().defaults.set(kListModeKey, Value(static_cast<std::int64_t>(mode)));
+    platform::installed().device.tellScreenChanged();
 }
 
 } // namespace tessel

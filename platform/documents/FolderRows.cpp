@@ -287,6 +287,18 @@ RowChanges FolderRows::select(const std::vector<URL>& wanted)
     return changes;
 }
 
+RowChanges FolderRows::selectAll()
+{
+    RowChanges changes;
+    for (std::size_t index = 0; index < size(); ++index) {
+        if (isSelected(index))
+            continue;
+        setSelected(index, true);
+        changes.updated.push_back(index);
+    }
+    return changes;
+}
+
 std::optional<std::size_t> FolderRows::setDetails(const URL& url, const ItemDetails& details)
 {
     for (std::size_t index = 0; index < libraries_.size(); ++index)

@@ -55,6 +55,7 @@ public:
     /// Selects exactly these, as far as they are in the list.
     /// @returns the rows that changed
     [[nodiscard]] RowChanges select(const std::vector<URL>&);
+    [[nodiscard]] RowChanges selectAll();
 
     /// The answer for an item.
     /// @returns the row that now shows something else

@@ -1,17 +1,24 @@
 #include "platform/qt/SystemAppearance.h"
 
+#include "platform/base/Platform.h"
+#include "platform/base/Value.h"
+#include "platform/cloud/UserDefaults.h"
+#include "platform/qt/DesktopSettings.h"
+
 #include <QEvent>
 #include <QFont>
 #include <QGuiApplication>
 #include <QPalette>
 
 #include <algorithm>
+#include <optional>
 
 namespace tessel::qt {
 
 namespace {
 
-constexpr double kUsualPointSize = 11; ///< of desktops' fonts: they have 9 to 11 points
+constexpr auto kDarkKey = "PrefersDark"; ///< what the desktop's answer was: true or false
+constexpr double kUsualPointSize = 11;   ///< of desktops' fonts: they have 9 to 11 points
 
 double systemTextScale()
 {
@@ -21,10 +28,25 @@ double systemTextScale()
     return std::clamp(wanted, 1.0, 2.0);
 }
 
+std::optional<bool> rememberedPreference()
+{
+    const auto value = platform::installed().defaults.value(kDarkKey);
+    const auto* const isDark = value.get<bool>();
+    return isDark ? std::optional(*isDark) : std::nullopt;
+}
+
+void rememberPreference(std::optional<bool> isDark)
+{
+    if (rememberedPreference() != isDark)
+        platform::installed().defaults.set(kDarkKey, isDark ? Value(*isDark) : Value());
+}
+
 bool isSystemDark()
 {
-    if (qEnvironmentVariable("TESSELDRIVE_DARK") == "1")
-        return true;
+    if (qEnvironmentVariableIsSet("TESSELDRIVE_DARK"))
+        return qEnvironmentVariable("TESSELDRIVE_DARK") == "1";
+    if (const auto preference = rememberedPreference())
+        return *preference;
     const auto palette = QGuiApplication::palette();
     return palette.color(QPalette::WindowText).lightness() > palette.color(QPalette::Window).lightness();
 }
@@ -34,6 +56,20 @@ bool isSystemDark()
 SystemAppearance::SystemAppearance() : isDark_(isSystemDark()), textScale_(systemTextScale())
 {
     QCoreApplication::instance()->installEventFilter(this);
+}
+
+SystemAppearance::~SystemAppearance() = default;
+
+void SystemAppearance::followDesktop(const QDBusConnection& bus)
+{
+    desktop_ = std::make_unique<DesktopSettings>(bus);
+    connect(desktop_.get(), &DesktopSettings::changed, this, &SystemAppearance::desktopChanged);
+}
+
+void SystemAppearance::desktopChanged()
+{
+    rememberPreference(desktop_->prefersDark());
+    read();
 }
 
 bool SystemAppearance::eventFilter(QObject* object, QEvent* event)

@@ -12,6 +12,7 @@
 #include "platform/ui/Application.h"
 #include "platform/ui/Device.h"
 
+#include <QDBusConnection>
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QHashFunctions>
@@ -168,6 +169,11 @@ bool WindowShell::run(Application& application)
     auto* const window = parts_->scene.window();
     parts_->noWaylandDrivers.reset();
     if (window) {
+        // The bus can wait until there is something to see.
+        QObject::connect(
+            window, &QQuickWindow::frameSwapped, &parts_->appearance,
+            [this] { parts_->appearance.followDesktop(QDBusConnection::sessionBus()); },
+            static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
         const qt::ApplicationLife life(application, shell, *window);
         QGuiApplication::exec();
         const auto bounds = platform::installed().device.screenBounds();

@@ -171,7 +171,7 @@ void FolderList::selectAll()
 {
     const auto controller = controller_.lock();
     if (controller && controller->editing())
-        controller->setSelectedItemURLs(controller->containedItemURLs());
+        controller->selectAllRows();
 }
 
 void FolderList::clearSelection()
@@ -223,6 +223,13 @@ void FolderList::retry()
 {
     if (const auto controller = controller_.lock())
         controller->retry();
+}
+
+void FolderList::searchFieldFocused(bool isFocused)
+{
+    if (const auto controller = controller_.lock())
+        controller->setSearchFieldIsFirstResponder(isFocused);
+    sync();
 }
 
 void FolderList::search(const QString& text)

@@ -73,6 +73,8 @@ public:
     Q_INVOKABLE void setCovered(bool);
 
     Q_INVOKABLE void retry();
+    /// The search field has the keyboard, or has it no more.
+    Q_INVOKABLE void searchFieldFocused(bool);
     Q_INVOKABLE void search(const QString& text);
     Q_INVOKABLE void endSearch();
 

@@ -23,8 +23,9 @@ Item {
     }
 
     implicitHeight: Math.max(Theme.touch, Math.ceil(Theme.body * 1.4) + 14) + 12
-    onWantedChanged: if (wanted)
+    onWantedChanged: if (wanted && !hasFocus)
         begin()
+    onHasFocusChanged: list?.searchFieldFocused(hasFocus)
     onTextChanged: if (input.text !== text)
         input.text = text
     onSearchingChanged: if (!searching && input.activeFocus)

@@ -176,7 +176,7 @@ TEST_F(FolderPageTest, TheKeyboardReachesAllThatTouchDoes)
     EXPECT_TRUE(view->hasActiveFocus());
 
     key(Qt::Key_F, Qt::ControlModifier);
-    EXPECT_TRUE(item("searchField")->hasActiveFocus());
+    EXPECT_TRUE(item("searchField")->hasActiveFocus() && list->searchFieldIsFirstResponder());
     for (const auto letter : {Qt::Key_P, Qt::Key_L})
         key(letter);
     const auto found = [&] { return item("resultList") ? item("resultList")->property("count").toInt() : 0; };
@@ -187,6 +187,10 @@ TEST_F(FolderPageTest, TheKeyboardReachesAllThatTouchDoes)
     key(Qt::Key_Escape);
     EXPECT_TRUE(becomes([&] { return item("resultList") == nullptr && view->hasActiveFocus(); }));
     EXPECT_EQ(item("searchField")->property("text").toString(), "");
+    EXPECT_FALSE(list->searchFieldIsFirstResponder());
+    list->makeSearchFieldFirstResponder();
+    EXPECT_TRUE(becomes([&] { return item("searchField")->hasActiveFocus(); }));
+    key(Qt::Key_Escape);
 
     key(Qt::Key_End);
     key(Qt::Key_Return);
