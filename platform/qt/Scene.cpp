@@ -77,11 +77,6 @@ void Scene::open(Shell& shell)
         follow(*window_, shell);
 }
 
-void Scene::close()
-{
-    window_.reset();
-}
-
 void Scene::addImages()
 {
     engine_.addImageProvider("icon", new IconProvider);

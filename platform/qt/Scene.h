@@ -23,9 +23,8 @@ public:
 
     /// Waits for what is being loaded.
     void load();
-    /// Opens the window, in the size of the device's screen. @param shell outlives the window
+    /// Opens the window, in the size of the device's screen. @param shell outlives the scene
     void open(Shell& shell);
-    void close();
 
     /// Null until it is opened, and when QML could not be loaded, which is told on standard error.
     [[nodiscard]] QQuickWindow* window() const { return window_.get(); }

@@ -138,7 +138,7 @@ struct WindowShell::Parts {
     qt::SystemAppearance appearance;
     qt::QtTextMeasurer measurer;
     std::future<void> fonts = readFonts();
-    qt::Scene scene;
+    std::optional<qt::Scene> scene{std::in_place};
 };
 
 std::optional<std::string> WindowShell::whyNoWindow()
@@ -162,11 +162,11 @@ bool WindowShell::run(Application& application)
 {
     qt::Shell shell(parts_->appearance);
     shell.sync();
-    parts_->scene.load();
+    parts_->scene->load();
     parts_->loop.drain(); // so that the first picture shows what has been found meanwhile
     shell.sync();
-    parts_->scene.open(shell);
-    auto* const window = parts_->scene.window();
+    parts_->scene->open(shell);
+    auto* const window = parts_->scene->window();
     parts_->noWaylandDrivers.reset();
     if (window) {
         // The bus can wait until there is something to see.
@@ -179,7 +179,7 @@ bool WindowShell::run(Application& application)
         const auto bounds = platform::installed().device.screenBounds();
         qt::rememberWindowSize({bounds.width, bounds.height});
     }
-    parts_->scene.close();
+    parts_->scene.reset();
     application.resignActive();
     return window != nullptr;
 }

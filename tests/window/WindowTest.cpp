@@ -114,7 +114,9 @@ TEST_F(WindowTest, RemembersItsSizeAndLookWhenItIsEnded)
         use(program, "rest");
         grid = places(program);
         program.signal(SIGTERM);
-        EXPECT_EQ(program.finish().status, 0);
+        const auto ended = program.finish();
+        EXPECT_EQ(ended.status, 0);
+        EXPECT_EQ(ended.error, "");
     }
     auto program = openDrive();
     EXPECT_TRUE(shows(program, "Pane | Tessel Drive | 0 0 640 700"));
