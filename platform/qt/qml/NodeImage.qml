@@ -7,6 +7,7 @@ Image {
     required property var node
 
     source: node?.imageSource ?? ""
+    sourceSize: node?.iconSize
     smooth: node?.smooth ?? true
     fillMode: Image.Stretch
     Accessible.role: Accessible.Graphic

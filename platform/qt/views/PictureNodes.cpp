@@ -25,6 +25,15 @@ QString ImageNode::symbol() const
     return isSymbol ? QString::fromStdString(image->image()->name()) : QString();
 }
 
+QVariant ImageNode::iconSize() const
+{
+    const auto view = image();
+    const auto image = view ? view->image() : std::nullopt;
+    if (!image || image->kind() != Image::Kind::Icon)
+        return {};
+    return QSizeF(image->size().width, image->size().height).toSize();
+}
+
 bool ImageNode::isSmooth() const
 {
     const auto image = this->image();

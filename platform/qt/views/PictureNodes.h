@@ -2,6 +2,8 @@
 
 #include "platform/qt/views/Node.h"
 
+#include <QVariant>
+
 #include <memory>
 
 namespace tessel {
@@ -19,6 +21,7 @@ class ImageNode final : public Node {
     QML_UNCREATABLE("Nodes are made by the shell.")
     Q_PROPERTY(QString imageSource READ imageSource NOTIFY changed)
     Q_PROPERTY(QString symbol READ symbol NOTIFY changed)
+    Q_PROPERTY(QVariant iconSize READ iconSize NOTIFY changed)
     Q_PROPERTY(bool smooth READ isSmooth NOTIFY changed)
 
 public:
@@ -29,6 +32,8 @@ public:
     [[nodiscard]] QString imageSource() const;
     /// The name of the symbol, for an image that is one, as a source of images shows it too.
     [[nodiscard]] QString symbol() const;
+    /// In which size an icon is to be had, in points; undefined for other images, which have one of their own.
+    [[nodiscard]] QVariant iconSize() const;
     /// Whether pixels are smoothed when they are enlarged.
     [[nodiscard]] bool isSmooth() const;
 
