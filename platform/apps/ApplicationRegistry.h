@@ -47,6 +47,9 @@ public:
     /// @returns why it cannot be started; nothing is left of the attempt
     [[nodiscard]] virtual std::optional<Error> openDocument(const URL&, const ApplicationRecord&) = 0;
 
+    /// Whether an application is still to be started, once a document is on the device.
+    [[nodiscard]] virtual bool isAwaitingDocuments() const = 0;
+
     /// Asked before an application is started: a token by which the desktop lets its window come to the front, or an
     /// empty text.
     std::function<std::string()> activationToken;

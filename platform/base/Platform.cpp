@@ -16,6 +16,11 @@ const Services& installed()
     return *services;
 }
 
+bool isInstalled()
+{
+    return current.load(std::memory_order_acquire) != nullptr;
+}
+
 Scope::Scope(const Services& services) : services_(services), outer_(current.exchange(&services_))
 {
 }

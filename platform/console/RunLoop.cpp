@@ -1,5 +1,6 @@
 #include "platform/console/RunLoop.h"
 
+#include "platform/apps/ApplicationRegistry.h"
 #include "platform/base/Platform.h"
 #include "platform/console/ShownControllers.h"
 #include "platform/documents/DocumentListController.h"
@@ -12,6 +13,9 @@ namespace tessel {
 namespace {
 
 constexpr auto kNearFuture = std::chrono::seconds(2);
+
+// That a list has caught up wakes nobody when there was nothing to show of it.
+constexpr auto kGlance = std::chrono::milliseconds(5);
 
 // What is ready may go on without an end while another program keeps changing the shown folder.
 constexpr auto kLongestBeforeInput = std::chrono::milliseconds(20);
@@ -41,10 +45,10 @@ bool runReadyUntil(Clock::Ticks deadline)
     return true;
 }
 
-bool isDelayedWorkNear()
+bool isMoreToCome()
 {
     const auto wait = untilNextDue();
-    return wait && *wait <= kNearFuture;
+    return (wait && *wait <= kNearFuture) || platform::installed().apps.isAwaitingDocuments();
 }
 
 } // namespace
@@ -62,12 +66,12 @@ Input RunLoop::nextInput()
 
 bool RunLoop::runWhileBusy(Clock::Ticks limit)
 {
-    return runUntilQuiet(limit, DelayedWork::Ignore);
+    return runUntil(Wanted::CompleteScreen, limit);
 }
 
 bool RunLoop::settle(Clock::Ticks limit)
 {
-    return runUntilQuiet(limit, DelayedWork::Await);
+    return runUntil(Wanted::Quiet, limit);
 }
 
 void RunLoop::runFor(Clock::Ticks duration)
@@ -80,18 +84,21 @@ void RunLoop::runFor(Clock::Ticks duration)
     runReadyUntil(now() + kLongestAfterWait); // what is due at the end, and what follows from it
 }
 
-bool RunLoop::runUntilQuiet(Clock::Ticks limit, DelayedWork delayed)
+bool RunLoop::runUntil(Wanted wanted, Clock::Ticks limit)
 {
-    const auto deadline = now() + limit;
+    const auto start = now();
+    const auto deadline = start + limit;
     for (;;) {
         runReadyUntil(deadline);
         const auto shown = ShownControllers::now();
         seeAllRows(shown.list);
-        if (!shown.isBusy() && (delayed == DelayedWork::Ignore || !isDelayedWorkNear()))
+        const bool wantsQuiet = wanted == Wanted::Quiet;
+        const bool isCatchingUp = wantsQuiet && now() < start + kNearFuture && shown.isCatchingUp();
+        if (!isCatchingUp && !shown.isBusy() && !(wantsQuiet && isMoreToCome()))
             return true;
         if (now() >= deadline)
             return false;
-        waitForWork(deadline);
+        waitForWork(isCatchingUp ? std::min(deadline, now() + kGlance) : deadline);
     }
 }
 

@@ -21,14 +21,15 @@ public:
     /// Runs what is ready, and on while the shown list is being fetched, all its rows' details included.
     /// @returns false when it is still being fetched after `limit`.
     bool runWhileBusy(Clock::Ticks limit);
-    /// The same, and waits for delayed work that is due within 2 seconds.
+    /// The same, and waits for what is due within 2 seconds, for documents that are being downloaded, and, for 2
+    /// seconds at most, until the shown list has caught up with its folder.
     bool settle(Clock::Ticks limit);
     void runFor(Clock::Ticks duration);
 
 private:
-    enum class DelayedWork { Ignore, Await };
+    enum class Wanted { CompleteScreen, Quiet };
 
-    bool runUntilQuiet(Clock::Ticks limit, DelayedWork);
+    bool runUntil(Wanted, Clock::Ticks limit);
     /// The console prints every row, so it sees them all; those of a list that is no longer shown it does not.
     void seeAllRows(const std::shared_ptr<DocumentListController>& list);
     /// Sleeps until `deadline`, the next delayed task, or a wake-up, whichever comes first.

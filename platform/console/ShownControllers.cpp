@@ -53,4 +53,9 @@ bool ShownControllers::isBusy() const
     return search ? search->isBusy() : list && list->isBusy();
 }
 
+bool ShownControllers::isCatchingUp() const
+{
+    return list && list->isCatchingUp();
+}
+
 } // namespace tessel

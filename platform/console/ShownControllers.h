@@ -24,6 +24,8 @@ struct ShownControllers {
 
     /// Whether what is on screen is still being fetched.
     [[nodiscard]] bool isBusy() const;
+    /// Whether it does not show yet what has happened to the folder.
+    [[nodiscard]] bool isCatchingUp() const;
 
 private:
     void add(const std::shared_ptr<ViewController>& presented);

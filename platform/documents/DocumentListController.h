@@ -138,6 +138,8 @@ public:
     void setVisibleRows(std::size_t first, std::size_t count);
     /// Whether something is still being fetched: the listing, or details of visible rows.
     [[nodiscard]] bool isBusy() const;
+    /// Whether something has happened to the folder that the rows do not show yet.
+    [[nodiscard]] bool isCatchingUp() const;
     /// Lists the folder again after a failure. Also done when the program becomes active and, without a word as long as
     /// the failure is the same, every 5 seconds while the list is the top one of its stack.
     void retry();

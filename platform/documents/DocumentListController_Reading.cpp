@@ -1,5 +1,6 @@
 #include "platform/base/Platform.h"
 #include "platform/documents/DocumentListController_Listing.h"
+#include "platform/text/FilledText.h"
 #include "platform/text/TextServices.h"
 #include "platform/ui/NavigationController.h"
 
@@ -95,9 +96,10 @@ void DocumentListController::failed(const Error& error)
 void DocumentListController::wasRemoved()
 {
     const auto self = shared_from_this();
-    const auto name = platform::installed().text.displayName(presentedURL_.lastPathComponent());
-    failed(
-        {Domain::General, ErrorCode::kNoSuchFile, "The folder “" + name + "” is gone.", "No such file or directory"});
+    const auto& text = platform::installed().text;
+    const auto name = text.displayName(presentedURL_.lastPathComponent());
+    failed({Domain::General, ErrorCode::kNoSuchFile, localizedFilledText("The folder “%@” is gone.", {name}),
+            text.localized("No such file or directory")});
     removalIsToBeTold_ = true;
     tellRemoval();
 }
@@ -183,6 +185,11 @@ bool DocumentListController::isBusy() const
     if (!listing_->reading)
         return false;
     return listing_->state == ListState::Loading || listing_->reading->isFetchingDetails();
+}
+
+bool DocumentListController::isCatchingUp() const
+{
+    return listing_->reading && listing_->reading->isCatchingUp();
 }
 
 } // namespace tessel

@@ -55,6 +55,8 @@ public:
     virtual void fetchDetails(std::vector<URL> items) = 0;
     /// Whether details that were asked for are still to come.
     [[nodiscard]] virtual bool isFetchingDetails() const = 0;
+    /// Whether something has happened to the folder that is still to be told.
+    [[nodiscard]] virtual bool isCatchingUp() const = 0;
 };
 
 struct SearchHit {

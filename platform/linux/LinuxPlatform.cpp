@@ -39,6 +39,8 @@ struct LinuxPlatform::Parts {
           apps(options.desktop ? *options.desktop : DesktopFolders::ofUser(), locale,
                {mainQueue, log, clock, text, types, coordination})
     {
+        if (isRightToLeft(locale))
+            device.layoutDirection = LayoutDirection::RightToLeft;
     }
 
     [[nodiscard]] std::optional<Error> connect(const URL& home, const std::optional<URL>& drive)

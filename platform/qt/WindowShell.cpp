@@ -17,7 +17,6 @@
 #include <QGuiApplication>
 #include <QHashFunctions>
 #include <QIcon>
-#include <QLocale>
 #include <QLoggingCategory>
 #include <QQuickWindow>
 #include <QSGRendererInterface>
@@ -60,21 +59,13 @@ private:
     const bool isWanted_;
 };
 
-/// That of the texts; Qt's own notion of it takes that of numbers.
-QLocale userLocale()
-{
-    for (const auto* name : {"LC_ALL", "LC_MESSAGES", "LANG"})
-        if (!qEnvironmentVariableIsEmpty(name))
-            return QLocale(qEnvironmentVariable(name));
-    return QLocale::c();
-}
-
 void nameApplication()
 {
     QGuiApplication::setApplicationName("tesseldrive");
     QGuiApplication::setDesktopFileName("orvane.TesselDrive");
     QGuiApplication::setWindowIcon(QIcon(":/tessel/app/orvane.TesselDrive.svg"));
-    QGuiApplication::setLayoutDirection(userLocale().textDirection());
+    const auto direction = platform::installed().device.layoutDirection;
+    QGuiApplication::setLayoutDirection(direction == LayoutDirection::RightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
 }
 
 /// Which fonts there are takes milliseconds to find out, in which this thread has other things to begin.
@@ -91,8 +82,6 @@ void describeDevice(Device& device, const qt::SystemAppearance& appearance)
     const auto size = qt::firstWindowSize({double(available.width()), double(available.height())});
     device.idiom = qt::idiomOfSize(size);
     device.screenScale = screen ? screen->devicePixelRatio() : 1;
-    device.layoutDirection = QGuiApplication::layoutDirection() == Qt::RightToLeft ? LayoutDirection::RightToLeft
-                                                                                   : LayoutDirection::LeftToRight;
     device.textScale = appearance.textScale();
     device.setScreenBounds({0, 0, size.width, size.height});
 }

@@ -15,8 +15,8 @@ public:
     /// @returns why no window can be opened, in words for the user; none when one can
     [[nodiscard]] static std::optional<std::string> whyNoWindow();
 
-    /// Connects to the display, and tells the device's screen, kind, writing direction and text size, all of which a
-    /// launching application reads. Becomes the main queue's wake handler.
+    /// Connects to the display, and tells the device's screen, kind and text size, all of which a launching application
+    /// reads. Becomes the main queue's wake handler.
     /// @param endDescriptor readable once the process is asked to end, which then counts as closing the window; -1:
     /// none
     explicit WindowShell(int endDescriptor);

@@ -15,8 +15,8 @@ enum class Idiom { Phone, Pad };
 enum class LayoutDirection { LeftToRight, RightToLeft };
 enum class InterfaceOrientation { Portrait = 1, PortraitUpsideDown = 2, LandscapeRight = 3, LandscapeLeft = 4 };
 
-/// The device as the program sees it: its screen, its kind, its writing direction, and the window on it. A shell sets
-/// what changes. Main thread only.
+/// The device as the program sees it: its screen, its kind, its writing direction, which begins as that of the user's
+/// language, and the window on it. A shell sets what changes. Main thread only.
 class Device {
 public:
     /// The screen in points; none when there is no screen.

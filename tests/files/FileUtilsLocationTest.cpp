@@ -40,6 +40,18 @@ TEST_F(FileUtilsLocationTest, LeadsFromTheDriveDownToTheFolder)
               "\u200F" + top + " ◂ " + isolated("Lookbook") + " ◂ " + isolated("Trips") + " ◂ " + isolated("Rome"));
 }
 
+TEST_F(FileUtilsLocationTest, IsWrittenAsTheUsersLanguageIs)
+{
+    const TemporaryDrive home;
+    const auto written = [&](const char* locale) {
+        const auto other = LinuxPlatform::create({home.url().path(), drive.url().path(), nullptr, locale});
+        const platform::Scope scope((*other)->services());
+        return where(drive.file("Projects/Plan.txt"));
+    };
+    EXPECT_THAT(written("en"), testing::EndsWith(" ▸ " + isolated("Projects")));
+    EXPECT_THAT(written("ar_EG"), testing::EndsWith(" ◂ " + isolated("Projects")));
+}
+
 TEST_F(FileUtilsLocationTest, SplitsAURL)
 {
     std::shared_ptr<const CloudContainer> container;

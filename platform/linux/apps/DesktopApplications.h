@@ -48,6 +48,7 @@ public:
     /// first seconds is logged; one for the terminal is refused where there is none. A document that is not on the
     /// device is downloaded first, on a worker: then the call returns at once, and a failure is logged.
     [[nodiscard]] std::optional<Error> openDocument(const URL&, const ApplicationRecord&) override;
+    [[nodiscard]] bool isAwaitingDocuments() const override { return awaitedDocuments_ > 0; }
 
 private:
     using Entries = std::vector<const DesktopEntry*>;
@@ -74,6 +75,7 @@ private:
     const DesktopServices services_;
     mutable ApplicationCatalog catalog_;
     ChildWatcher watcher_;
+    std::size_t awaitedDocuments_ = 0;
     std::atomic<bool> isStopping_ = false;
     OperationQueue downloads_{"orvane.TesselDriveApp.handover", QualityOfService::UserInitiated};
 };

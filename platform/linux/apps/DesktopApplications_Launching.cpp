@@ -53,6 +53,7 @@ std::optional<Error> DesktopApplications::openDocument(const URL& document, cons
 
 void DesktopApplications::downloadAndStart(const std::string& bundleIdentifier, const URL& document)
 {
+    ++awaitedDocuments_;
     downloads_.addOperation([this, bundleIdentifier, document] {
         const auto progress = [this](std::uint64_t, std::uint64_t) {
             return isStopping_ ? OnProgress::Cancel : OnProgress::Continue;
@@ -61,6 +62,7 @@ void DesktopApplications::downloadAndStart(const std::string& bundleIdentifier, 
         if (!failure && !canBeSeen(document))
             failure = errnoError(ENOENT, document);
         services_.mainQueue.async([this, bundleIdentifier, document, failure] {
+            --awaitedDocuments_;
             if (const auto error = failure ? failure : start(bundleIdentifier, document))
                 services_.log.write(LogLevel::Error, "Cannot open %@ in %@: %@", document, bundleIdentifier, *error);
         });

@@ -1,5 +1,7 @@
 #include "platform/linux/base/ErrnoError.h"
 
+#include "platform/linux/base/UserText.h"
+
 #include <cerrno>
 #include <cstring>
 #include <string>
@@ -35,8 +37,8 @@ std::string reasonOf(const Error& error, int errorNumber)
         errorNumber = ENOENT;
     if (error == Error{Domain::General, ErrorCode::kReadNoPermission, {}, {}})
         errorNumber = EACCES;
-    const char* text = ::strerrordesc_np(errorNumber);
-    return text ? text : "Unknown error " + std::to_string(errorNumber);
+    const char* text = ::strerrordesc_np(errorNumber); // English; the tables have those that people get to see
+    return text ? userText(text) : "Unknown error " + std::to_string(errorNumber);
 }
 
 } // namespace
@@ -50,8 +52,8 @@ Error errnoError(int errorNumber, const URL& item)
 
 Error errorNaming(const URL& item, Error error)
 {
-    error.description =
-        "The operation on “" + std::string(item.lastPathComponent()) + "” failed: " + error.failureReason + ".";
+    error.description = userText("The operation on “%1$@” failed: %2$@.",
+                                 {userTextName(item.lastPathComponent()), error.failureReason});
     return error;
 }
 

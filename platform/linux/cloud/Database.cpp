@@ -1,6 +1,7 @@
 #include "platform/linux/cloud/Database.h"
 
 #include "platform/linux/base/ErrnoError.h"
+#include "platform/linux/base/UserText.h"
 #include "platform/linux/files/FileDescriptor.h"
 
 #include <fcntl.h>
@@ -189,7 +190,7 @@ Error Database::lastError() const
 Error Database::errorForUser(int errorNumber) const
 {
     auto error = errnoError(errorNumber, file_);
-    error.description = "Cannot use the catalogue “" + file_.path() + "”: " + error.failureReason;
+    error.description = userText("Cannot use the catalogue “%1$@”: %2$@", {file_.path(), error.failureReason});
     return error;
 }
 

@@ -1,5 +1,6 @@
 #include "platform/linux/cloud/ExternalReference.h"
 
+#include "platform/linux/base/UserText.h"
 #include "platform/linux/files/AtomicFile.h"
 
 #include <nlohmann/json.hpp>
@@ -74,7 +75,8 @@ std::string externalReferenceContent(const ExternalReference& reference)
 Error damagedReferenceError(const URL& url)
 {
     return {Domain::General, ErrorCode::kReadCorrupt,
-            "“" + std::string(url.lastPathComponent()) + "” does not lead to a document.", "The reference is damaged"};
+            userText("“%1$@” does not lead to a document.", {userTextName(url.lastPathComponent())}),
+            userText("The reference is damaged")};
 }
 
 } // namespace tessel

@@ -3,6 +3,7 @@
 #include "platform/files/ResourceValues.h"
 #include "platform/linux/base/Base64.h"
 #include "platform/linux/base/UTF8.h"
+#include "platform/linux/base/UserText.h"
 #include "platform/linux/files/AtomicFile.h"
 
 #include <nlohmann/json.hpp>
@@ -179,7 +180,7 @@ Result<PlaceholderRecord> readPlaceholder(const URL& placeholder)
         return Error{Domain::General, ErrorCode::kReadCorrupt,
                      "The record of the document behind “" + std::string(placeholder.lastPathComponent()) +
                          "” is damaged.",
-                     "The record is damaged"};
+                     userText("The record is damaged")};
     return *std::move(record);
 }
 

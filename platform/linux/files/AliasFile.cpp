@@ -1,6 +1,7 @@
 #include "platform/linux/files/AliasFile.h"
 
 #include "platform/linux/base/KeyFile.h"
+#include "platform/linux/base/UserText.h"
 #include "platform/linux/files/AtomicFile.h"
 
 #include <charconv>
@@ -49,7 +50,8 @@ std::optional<std::string> pathOfFileURL(std::string_view url)
 Error damagedAliasError(const URL& url)
 {
     return {Domain::General, ErrorCode::kReadCorrupt,
-            "“" + std::string(url.lastPathComponent()) + "” does not name a file or folder.", "The alias is damaged"};
+            userText("“%1$@” does not name a file or folder.", {userTextName(url.lastPathComponent())}),
+            userText("The alias is damaged")};
 }
 
 /// The URL in an alias file, escapes resolved.

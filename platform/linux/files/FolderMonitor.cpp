@@ -8,6 +8,7 @@
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/inotify.h>
+#include <sys/ioctl.h>
 
 #include <algorithm>
 #include <climits>
@@ -112,6 +113,16 @@ void FolderMonitor::lookNowAndThen(const Listener& listener, bool isLookedAt)
         beginPolling(found->second);
 }
 
+bool FolderMonitor::hasNewsFor(const Listener& listener)
+{
+    const std::unique_lock lock(mutex_, std::try_to_lock);
+    int unread = 0;
+    if (!lock || isTelling_ || (::ioctl(events_.get(), FIONREAD, &unread) == 0 && unread > 0))
+        return true;
+    const auto found = watchers_.find(&listener);
+    return found != watchers_.end() && !found->second.news.empty();
+}
+
 bool FolderMonitor::watchFolder(int folder, const Listener& listener)
 {
     // By its descriptor, so that the folder watched is the very one that is read.
@@ -209,10 +220,10 @@ void FolderMonitor::readEvents()
 {
     alignas(inotify_event) char buffer[64 * (sizeof(inotify_event) + NAME_MAX + 1)];
     while (true) {
+        const std::lock_guard lock(mutex_); // so that nobody finds news neither here nor there
         const auto length = ::read(events_.get(), buffer, sizeof buffer);
         if (length <= 0)
             return;
-        const std::lock_guard lock(mutex_);
         for (const char* next = buffer; next < buffer + length;) {
             const auto& event = *reinterpret_cast<const inotify_event*>(next);
             handle(event);
@@ -294,10 +305,13 @@ void FolderMonitor::tellWhatIsDue()
             if (auto listener = watcher.listener.lock())
                 telling.emplace_back(std::move(listener), std::exchange(watcher.news, {}));
         }
+        isTelling_ = !telling.empty();
     }
     // Without the lock, for a listener may stop watching, and this may be its last owner.
     for (auto& [listener, news] : telling)
         listener->folderChanged(std::move(news));
+    const std::lock_guard lock(mutex_);
+    isTelling_ = false;
 }
 
 } // namespace tessel

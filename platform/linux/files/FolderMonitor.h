@@ -71,6 +71,9 @@ public:
     /// Whether to tell a listener every two seconds that its folder may have changed, though it is watched: for what no
     /// watch tells. Safe from any thread.
     void lookNowAndThen(const Listener&, bool);
+    /// Whether something that has happened until now is still to be told to a listener, or may be. Never waits. Safe
+    /// from any thread.
+    [[nodiscard]] bool hasNewsFor(const Listener&);
     [[nodiscard]] std::size_t changedNamesLimit() const { return changedNamesLimit_; }
     /// The listener may still be told of what is on its way. Safe from any thread.
     void unwatch(const Listener&);
@@ -125,6 +128,7 @@ private:
     std::mutex mutex_;
     std::map<const Listener*, Watcher> watchers_;
     std::unordered_map<int, std::vector<Interest>> interests_; ///< by watch descriptor
+    bool isTelling_ = false;
     bool stopping_ = false;
     std::thread thread_;
     const bool hasThread_;

@@ -20,6 +20,7 @@ public:
 
     void fetchDetails(std::vector<URL> items) override { folder_->fetchDetails(std::move(items)); }
     [[nodiscard]] bool isFetchingDetails() const override { return folder_->isFetchingDetails(); }
+    [[nodiscard]] bool isCatchingUp() const override { return folder_->isCatchingUp(); }
 
 private:
     const std::shared_ptr<OpenFolder> folder_;

@@ -272,6 +272,17 @@ void OpenFolder::fetchDetails(std::vector<URL> items)
         workers_.addOperation([self = shared_from_this()] { self->fetchNextDetails(); });
 }
 
+// In the direction in which news go, so that they are met on one side or the other.
+bool OpenFolder::isCatchingUp()
+{
+    if (ended_)
+        return false;
+    if (monitor_.hasNewsFor(*this))
+        return true;
+    const std::lock_guard lock(mutex_);
+    return isFollowing_ || toldButNotTaken_ > 0 || !news_.empty();
+}
+
 /// Has the items of a folder in this one counted again when their number changes.
 /// @returns whether that begins now
 bool OpenFolder::watchContents(const URL& item)

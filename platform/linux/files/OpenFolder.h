@@ -32,6 +32,7 @@ public:
     void end();
     void fetchDetails(std::vector<URL> items);
     [[nodiscard]] bool isFetchingDetails() const { return !ended_ && detailsToCome_ > 0; }
+    [[nodiscard]] bool isCatchingUp();
 
     /// On the monitor's thread.
     void folderChanged(FolderNews) override;

@@ -1,5 +1,7 @@
 #include "platform/linux/text/UserLocale.h"
 
+#include <unicode/uloc.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <string_view>
@@ -40,6 +42,11 @@ std::string userLocale()
     auto name = localeOfEnvironment();
     name = name.substr(0, name.find_first_of(".@"));
     return std::string(isLocaleName(name) ? name : kFallback);
+}
+
+bool isRightToLeft(const std::string& locale)
+{
+    return uloc_isRightToLeft(locale.c_str());
 }
 
 } // namespace tessel

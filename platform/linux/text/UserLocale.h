@@ -8,4 +8,7 @@ namespace tessel {
 /// the first that is set; "en" for "C", "POSIX" and what no locale can be.
 [[nodiscard]] std::string userLocale();
 
+/// Whether the locale's language is written from right to left.
+[[nodiscard]] bool isRightToLeft(const std::string& locale);
+
 } // namespace tessel
