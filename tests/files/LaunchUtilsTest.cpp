@@ -1,5 +1,6 @@
 #include "files/LaunchUtils.h"
 
+#include "files/FileUtils.h"
 #include "platform/base/Platform.h"
 #include "platform/linux/cloud/Placeholder.h"
 #include "tests/support/DesktopOfTest.h"
@@ -150,6 +151,29 @@ TEST_F(LaunchUtilsTest, OpensTheDocumentItself)
     ASSERT_TRUE(platform.runUntil(
         [&] { return platform.log->lines().back() == "The application editor ended at once with status 9"; }));
     EXPECT_EQ(platform.desktop.read("answer"), plan.path());
+}
+
+TEST_F(LaunchUtilsTest, DownloadsADocumentBeforeItIsOpened)
+{
+    const auto plan = drive.file("orvane~Quillbox/Plan.txt", "content");
+    ASSERT_TRUE(FileUtils::evictDocument(plan));
+    ASSERT_FALSE(FileUtils::exists(plan));
+    desktop.script("bin/editor", "cp \"$1\" '" + platform.desktop.url("answer").path() + "'; exit 9");
+    desktop.entry("editor", "editor %f", "MimeType=text/plain;");
+    auto& apps = platform::installed().apps;
+    EXPECT_TRUE(LaunchUtils::openInDefaultApp(plan, nullptr, RequireOpenIn::Yes));
+    EXPECT_TRUE(apps.isAwaitingDocuments());
+    ASSERT_TRUE(platform.runUntil(
+        [&] { return platform.log->lines().back() == "The application editor ended at once with status 9"; }));
+    EXPECT_FALSE(apps.isAwaitingDocuments());
+    EXPECT_EQ(platform.desktop.read("answer"), "content");
+    EXPECT_EQ(drive.read("orvane~Quillbox/Plan.txt"), "content");
+
+    ASSERT_TRUE(FileUtils::evictDocument(plan));
+    std::filesystem::remove_all(drive.url("../cloud").path());
+    EXPECT_TRUE(LaunchUtils::openInDefaultApp(plan, nullptr, RequireOpenIn::Yes));
+    ASSERT_TRUE(platform.runUntil([&] { return !apps.isAwaitingDocuments(); }));
+    EXPECT_THAT(platform.log->lines().back(), HasSubstr("The content of “Plan.txt” is not in the cloud."));
 }
 
 } // namespace

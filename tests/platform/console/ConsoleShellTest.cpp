@@ -64,6 +64,30 @@ TEST_F(ConsoleShellTest, SettleWaitsForWorkThatIsDueWithinTwoSecondsAndNoLonger)
     EXPECT_EQ(run({"settle"}), "error: work is still under way after 60 seconds\n");
 }
 
+/// Applications of which one awaits a document until a moment.
+class AwaitingApplications final : public ApplicationRegistry {
+public:
+    AwaitingApplications(const Clock& clock, Clock::Ticks until) : clock_(clock), until_(until) {}
+
+    [[nodiscard]] std::shared_ptr<const ApplicationRecord> application(std::string_view) const override { return {}; }
+    [[nodiscard]] RankedApplications applicationsForDocument(const URL&) const override { return {}; }
+    [[nodiscard]] std::optional<Error> openDocument(const URL&, const ApplicationRecord&) override { return {}; }
+    [[nodiscard]] bool isAwaitingDocuments() const override { return clock_.uptime() < until_; }
+
+private:
+    const Clock& clock_;
+    const Clock::Ticks until_;
+};
+
+TEST_F(ConsoleShellTest, SettleWaitsForDownloads)
+{
+    DispatchQueue::main().after(30, [] {});
+    AwaitingApplications apps(platform.clock, std::chrono::seconds(30));
+    const platform::Scope scope(servicesWith(apps));
+    EXPECT_EQ(run({"settle"}), "ok\n");
+    EXPECT_EQ(platform.clock.uptime(), std::chrono::seconds(30));
+}
+
 TEST_F(ConsoleShellTest, TapsControlsByTheirTitle)
 {
     push("Projects");
