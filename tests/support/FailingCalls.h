@@ -5,7 +5,7 @@
 namespace tessel {
 
 /// Runs work on a thread of its own and makes the n-th (from 1) of its system calls on files fail, whoever makes it:
-/// the kernel asks the test before each of them (seccomp).
+/// the kernel asks the test before each of them (seccomp). Those that would only wait for the disk succeed at once.
 /// @returns whether there was an n-th call
 [[nodiscard]] bool runWithFailingCall(int n, int errorNumber, const std::function<void()>& work);
 

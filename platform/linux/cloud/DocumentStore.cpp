@@ -28,9 +28,12 @@ FileDescriptor openedForReading(const URL& url)
         uninterrupted([&] { return ::open(url.path().c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC); }));
 }
 
-bool exists(const URL& url)
+// None with errno set when it cannot be found out.
+std::optional<bool> isThere(const URL& url)
 {
-    return ::faccessat(AT_FDCWD, url.path().c_str(), F_OK, AT_SYMLINK_NOFOLLOW) == 0;
+    if (uninterrupted([&] { return ::faccessat(AT_FDCWD, url.path().c_str(), F_OK, AT_SYMLINK_NOFOLLOW); }) == 0)
+        return true;
+    return errno == ENOENT || errno == ENOTDIR ? std::optional(false) : std::nullopt;
 }
 
 // A file system that keeps no attributes loses them, which is no reason to keep the user from a document.
@@ -67,9 +70,13 @@ bool isContentIdentifier(const std::string& text)
     return !text.empty() && text.front() != '.' && text.find('/') == std::string::npos;
 }
 
-bool DocumentStore::isInCloudOnly(const URL& document) const
+Result<bool> DocumentStore::isInCloudOnly(const URL& document) const
 {
-    return !exists(document) && exists(placeholderURL(document));
+    const auto isHere = isThere(document);
+    const auto isInCloud = isHere == false ? isThere(placeholderURL(document)) : std::optional(false);
+    if (!isHere || !isInCloud)
+        return errnoError(errno, document);
+    return *isInCloud;
 }
 
 Result<DocumentStore::Content> DocumentStore::fetch(const URL& document,
@@ -105,7 +112,7 @@ Result<DocumentStore::Content> DocumentStore::fetch(const URL& document,
 std::optional<Error> DocumentStore::install(Content& content, const URL& document) const
 {
     const auto placeholder = placeholderURL(document);
-    if (exists(document))
+    if (isThere(document) == true)
         return std::nullopt;
     const auto record = readPlaceholder(placeholder);
     if (!record)

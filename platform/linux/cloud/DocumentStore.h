@@ -41,7 +41,8 @@ public:
         NewFile file;
     };
 
-    [[nodiscard]] bool isInCloudOnly(const URL& document) const;
+    /// @returns an error when that cannot be found out now
+    Result<bool> isInCloudOnly(const URL& document) const;
 
     /// Gets the content of a document, which is not touched.
     /// @param progress may be empty

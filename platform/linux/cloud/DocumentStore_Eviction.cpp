@@ -84,7 +84,10 @@ bool syncFolder(const URL& folder)
 
 std::optional<Error> DocumentStore::evict(const URL& document) const
 {
-    if (isInCloudOnly(document))
+    const auto isGoneAlready = isInCloudOnly(document);
+    if (!isGoneAlready)
+        return isGoneAlready.error();
+    if (*isGoneAlready)
         return std::nullopt;
     const auto stamp = stampOf(document);
     if (!stamp)

@@ -73,7 +73,10 @@ std::optional<Error> LinuxFileCoordination::read(const URL& url, const FileCoord
             return error;
     bool isRead = false;
     const auto readUnlessInCloud = [&]() -> std::optional<Error> {
-        isRead = !services_.documents.isInCloudOnly(url);
+        const auto isInCloudOnly = services_.documents.isInCloudOnly(url);
+        if (!isInCloudOnly)
+            return isInCloudOnly.error();
+        isRead = !*isInCloudOnly;
         if (isRead)
             access();
         return std::nullopt;

@@ -5,6 +5,7 @@
 #include "platform/linux/files/PosixFileManager.h"
 #include "platform/linux/files/UnfinishedWork.h"
 #include "platform/linux/files/WithdrawnItem.h"
+#include "tests/support/DriveContent.h"
 #include "tests/support/FailingCalls.h"
 #include "tests/support/OtherProcess.h"
 #include "tests/support/TemporaryDrive.h"
@@ -55,34 +56,6 @@ public:
 
     std::optional<URL> url;
 };
-
-std::string describe(const URL& url)
-{
-    const auto status = fs::symlink_status(url.path());
-    if (fs::is_symlink(status))
-        return "link to " + fs::read_symlink(url.path()).string();
-    const auto tags = readTagNames(url);
-    const auto tag = tags && !tags->empty() ? " tagged " + tags->front() : "";
-    if (isPlaceholderName(url.lastPathComponent()))
-        return "in the cloud" + tag;
-    if (fs::is_directory(status))
-        return "folder" + tag;
-    std::ifstream stream(url.path(), std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(stream), {}) + tag;
-}
-
-// All that is below a folder, placeholders under the names of their documents.
-std::map<std::string, std::string> contentOf(const URL& folder)
-{
-    std::map<std::string, std::string> content;
-    for (const auto& entry : fs::recursive_directory_iterator(folder.path())) {
-        const auto url = URL::file(entry.path().string());
-        const auto record = readPlaceholder(url);
-        const auto shown = record ? url.deletingLastPathComponent().appending(record->name) : url;
-        content[shown.path().substr(folder.path().size() + 1)] = describe(url);
-    }
-    return content;
-}
 
 // Not by writePlaceholder, which waits for the disk.
 void makeInCloud(const URL& url)
@@ -211,7 +184,7 @@ TEST_F(FileChangesTest, LosesNothingThatIsSavedMeanwhile)
         drive.file("Plan.txt", "first");
         const auto save = [&] { fs::rename(drive.file("New.txt", "second").path(), drive.url("Plan.txt").path()); };
         wasReached = runInterrupted(n, save, [&] { (void)files.moveItem(drive.url("Plan.txt"), place); });
-        EXPECT_TRUE(!wasReached || drive.read("Plan.txt") == "second" || describe(place) == "second")
+        EXPECT_TRUE(!wasReached || drive.read("Plan.txt") == "second" || contentOfItem(place) == "second")
             << "at call " << n;
     }
 }
