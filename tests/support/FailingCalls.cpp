@@ -29,7 +29,7 @@ constexpr std::uint32_t kCalls[] = {
     SYS_statx,      SYS_fstat,     SYS_faccessat, SYS_faccessat2, SYS_fchmod,    SYS_fchmodat,   SYS_readlinkat,
     SYS_mknodat,    SYS_read,      SYS_pread64,   SYS_write,      SYS_fsync,     SYS_syncfs,     SYS_utimensat,
     SYS_flistxattr, SYS_fgetxattr, SYS_fsetxattr, SYS_lgetxattr,  SYS_lsetxattr, SYS_getdents64, SYS_flock,
-    SYS_ftruncate,  SYS_fdatasync, SYS_pwrite64,  SYS_lseek,      SYS_fcntl,
+    SYS_ftruncate,  SYS_fdatasync, SYS_pwrite64,  SYS_lseek,
 };
 
 // A listener that the kernel asks about the calling thread's calls from now on; negative where it does not.

@@ -114,7 +114,10 @@ Result<CatalogedDocument> DocumentIdentifiers::documentForUnknown(const Item& it
             return CatalogedDocument{identifier, drive_, elsewhere->path, elsewhere->identity};
         return CatalogedDocument{identifier, drive_, item.path, item.identity};
     }
-    const auto mark = readDocumentMark(item.file);
+    const auto known = readDocumentMark(item.file);
+    if (!known)
+        return errorNaming(item.url, known.error());
+    const auto& mark = *known;
     if (!mark)
         return CatalogedDocument{0, drive_, item.path, item.identity};
     const auto marked = catalog_.withIdentifier(mark->identifier);
@@ -230,7 +233,7 @@ std::optional<DocumentIdentifiers::Item> DocumentIdentifiers::findMarked(std::ui
 {
     return firstItem([&](const URL& candidate, std::uint64_t) {
         const auto mark = readDocumentMark(candidate);
-        if (!mark || mark->identifier != identifier)
+        if (!mark || !*mark || (*mark)->identifier != identifier)
             return false;
         const auto identity = fileIdentity(candidate.path());
         return identity && !isKnown(*identity);
@@ -266,10 +269,10 @@ std::vector<CatalogedDocument> DocumentIdentifiers::markedDocuments() const
     std::vector<CatalogedDocument> foreign;
     static_cast<void>(firstItem([&](const URL& file, std::uint64_t) {
         const auto mark = readDocumentMark(file);
-        const auto item = mark ? itemWithFile(file) : std::nullopt;
+        const auto item = mark && *mark ? itemWithFile(file) : std::nullopt;
         if (item)
-            (item->identity == mark->file ? own : foreign)
-                .push_back({mark->identifier, drive_, item->path, item->identity});
+            (item->identity == (*mark)->file ? own : foreign)
+                .push_back({(*mark)->identifier, drive_, item->path, item->identity});
         return false;
     }));
     const auto byPath = [](const auto& left, const auto& right) { return left.path < right.path; };

@@ -22,23 +22,23 @@ bool readNumber(std::string_view& text, Number& number)
 
 } // namespace
 
-std::optional<DocumentMark> readDocumentMark(const URL& file)
+Result<std::optional<DocumentMark>> readDocumentMark(const URL& file)
 {
     const auto attribute = extendedAttribute(file, kDocumentAttribute);
-    if (!attribute || !*attribute)
-        return std::nullopt;
-    std::string_view text = **attribute;
+    if (!attribute)
+        return attribute.error();
+    std::string_view text = *attribute ? std::string_view(**attribute) : "";
     DocumentMark mark;
     if (!readNumber(text, mark.identifier) || mark.identifier == 0)
-        return std::nullopt;
+        return std::optional<DocumentMark>();
     if (!readNumber(text, mark.file.inode) || !readNumber(text, mark.file.birth))
         mark.file = {};
-    return mark;
+    return std::optional(mark);
 }
 
 void markDocument(const URL& file, const DocumentMark& mark)
 {
-    if (readDocumentMark(file) == mark)
+    if (const auto known = readDocumentMark(file); known && *known == mark)
         return;
     const auto text =
         std::to_string(mark.identifier) + ' ' + std::to_string(mark.file.inode) + ' ' + std::to_string(mark.file.birth);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/base/Error.h"
 #include "platform/base/URL.h"
 #include "platform/linux/files/FileIdentity.h"
 
@@ -20,8 +21,8 @@ struct DocumentMark {
 /// "user.tesseldrive.documentid": the identifier, and behind it the inode and birth of its file, in decimal digits.
 inline constexpr const char* kDocumentAttribute = "user.tesseldrive.documentid";
 
-/// None without a mark, or with a damaged one.
-[[nodiscard]] std::optional<DocumentMark> readDocumentMark(const URL& file);
+/// None without a mark, or with a damaged one; an error when it cannot be read now, for then there may be one.
+Result<std::optional<DocumentMark>> readDocumentMark(const URL& file);
 
 /// Writes the mark unless it is there. Not every file system keeps any, and not every file can be marked.
 void markDocument(const URL& file, const DocumentMark&);
