@@ -176,7 +176,7 @@ std::optional<Error> PosixFileManager::movePlaceholder(const URL& from, const UR
 
 std::optional<Error> PosixFileManager::moveEntry(const URL& from, const URL& to, const URL& named)
 {
-    if (renameWithoutReplacing(from, to) || (errno == EEXIST && renameCase(from, to)))
+    if (renameWithoutReplacing(from, to) || (errno == EEXIST && renameCase(from, to, unfinished_)))
         return std::nullopt;
     return errno == EXDEV ? moveBetweenFileSystems(from, to, named, unfinished_) : errnoError(errno, named);
 }

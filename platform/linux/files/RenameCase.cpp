@@ -2,10 +2,10 @@
 
 #include "platform/linux/files/ItemStamp.h"
 #include "platform/linux/files/RenameWithoutReplacing.h"
+#include "platform/linux/files/UnfinishedWork.h"
 
 #include <cerrno>
 #include <filesystem>
-#include <string>
 #include <system_error>
 
 namespace tessel {
@@ -35,20 +35,22 @@ bool isSameEntry(const URL& from, const URL& to)
 
 } // namespace
 
-bool renameCase(const URL& from, const URL& to)
+bool renameCase(const URL& from, const URL& to, const UnfinishedWork& unfinished)
 {
     if (!isSameEntry(from, to)) {
         errno = EEXIST;
         return false;
     }
-    // Not hidden: a program that is killed between the two steps must leave the item in sight.
-    const auto between = from.deletingLastPathComponent().appending("Renamed " + std::string(to.lastPathComponent()));
+    // Whoever is killed between the two steps has renamed it, once the next start has cleared up.
+    const auto between = hiddenNameBeside(from);
+    auto note = unfinished.remember({between, to, {}, {}, {}});
     if (!renameWithoutReplacing(from, between))
         return false;
     if (renameWithoutReplacing(between, to))
         return true;
     const int failure = errno;
-    (void)renameWithoutReplacing(between, from);
+    if (!renameWithoutReplacing(between, from))
+        note.abandon();
     errno = failure;
     return false;
 }

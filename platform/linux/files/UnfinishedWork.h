@@ -23,7 +23,8 @@ struct UnfinishedChange {
         ItemStamp copy;
     };
 
-    /// An item under a hidden name. It is removed, unless it has a place and is not what it should be.
+    /// An item under a hidden name. It is removed, unless it has a place and is not what it should be, or nothing says
+    /// what that is.
     std::optional<URL> hidden;
     std::optional<URL> place;       ///< where it goes back
     std::optional<ItemStamp> stamp; ///< what it should be

@@ -171,6 +171,21 @@ TEST_F(FileChangesTest, ClearsUpAfterAProgramThatWasKilled)
     EXPECT_EQ(std::distance(fs::directory_iterator(notes.path()), fs::directory_iterator()), 1);
 }
 
+// Only letters' case was to change, for which some file systems need two steps.
+TEST_F(FileChangesTest, EndsTheRenamingOfAProgramThatWasKilled)
+{
+    const auto plan = drive.file("Plan.txt", "plan");
+    OtherProcess other([&](OtherProcess&) {
+        const auto hidden = hiddenNameBeside(plan);
+        const auto note = unfinished.remember({hidden, drive.url("PLAN.txt"), {}, {}, {}});
+        fs::rename(plan.path(), hidden.path());
+        ::kill(::getpid(), SIGKILL);
+    });
+    EXPECT_FALSE(other.finish());
+    unfinished.clearUp();
+    EXPECT_THAT(contentOf(drive.url()), ElementsAre(Pair("PLAN.txt", "plan")));
+}
+
 // A program that does not coordinate saves the document anew while it goes elsewhere: no version is lost.
 TEST_F(FileChangesTest, LosesNothingThatIsSavedMeanwhile)
 {
