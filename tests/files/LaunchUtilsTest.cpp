@@ -13,7 +13,9 @@
 namespace tessel {
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
@@ -84,6 +86,23 @@ TEST_F(LaunchUtilsTest, NeverChoosesThisProgramInTheDrive)
     EXPECT_EQ(platform.log->lines().back(),
               std::string(kChoosing) + "Ignoring orvane.TesselDrive (orvane.TesselDrive) as default app");
     EXPECT_EQ(LaunchUtils::defaultAppNameForDocument(inDrive("Plan.txt"), RequireOpenIn::Yes), std::nullopt);
+    desktop.entry("pad", "editor %f");
+    EXPECT_EQ(choice(inLibrary("Plan.txt")), kOwnBundleIdentifier) << "only there";
+}
+
+TEST_F(LaunchUtilsTest, GoesByWhereAReferenceIsAndByWhatItLeadsTo)
+{
+    desktop.editor("editor", "text/plain;image/jpeg;");
+    for (const auto* name : {"Cat.jpg", "Plan.txt"})
+        drive.file(std::string("orvane~Pad/Documents/") + name);
+    const auto reference = [&](const char* name) {
+        return drive.file("orvane~Quillbox/a.tesselref",
+                          std::string(R"({"path": "orvane~Pad/Documents/)") + name + "\"}");
+    };
+    EXPECT_EQ(choice(reference("Plan.txt")), "editor");
+    EXPECT_EQ(choice(reference("Cat.jpg")), "none");
+    EXPECT_THAT(platform.log->lines().back(), AllOf(HasSubstr("Preferring GL due to file type"), EndsWith("Cat.jpg")));
+    EXPECT_EQ(choice(reference("Gone.txt")), "none");
 }
 
 TEST_F(LaunchUtilsTest, TreatsADocumentThatIsNotOnTheDeviceAlike)
