@@ -9,16 +9,16 @@ namespace {
 std::atomic<const Services*> current = nullptr;
 }
 
-const Services& installed()
+const Services* installedIfAny()
 {
-    const auto* services = current.load(std::memory_order_acquire);
-    assert(services);
-    return *services;
+    return current.load(std::memory_order_acquire);
 }
 
-bool isInstalled()
+const Services& installed()
 {
-    return current.load(std::memory_order_acquire) != nullptr;
+    const auto* services = installedIfAny();
+    assert(services);
+    return *services;
 }
 
 Scope::Scope(const Services& services) : services_(services), outer_(current.exchange(&services_))

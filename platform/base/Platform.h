@@ -45,8 +45,8 @@ struct Services {
 
 /// The installed platform: the program's one global. Undefined before a Scope exists.
 [[nodiscard]] const Services& installed();
-/// Whether a Scope exists: for what may also fail before the platform is complete.
-[[nodiscard]] bool isInstalled();
+/// The same, or null while no Scope exists: for what may also fail before the platform is complete.
+[[nodiscard]] const Services* installedIfAny();
 
 /// Installs services for the length of a scope; the services and the scope are made and destroyed on the main thread,
 /// and no other thread of the program outlives them. Scopes nest: a test wraps one service by installing a copy.

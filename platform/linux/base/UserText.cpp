@@ -8,12 +8,14 @@ namespace tessel {
 
 std::string userText(std::string_view key, const std::vector<std::string>& values)
 {
-    return platform::isInstalled() ? localizedFilledText(key, values) : filledText(key, values);
+    const auto* services = platform::installedIfAny();
+    return filledText(services ? services->text.localized(key) : key, values);
 }
 
 std::string userTextName(std::string_view fileName)
 {
-    return platform::isInstalled() ? platform::installed().text.displayName(fileName) : std::string(fileName);
+    const auto* services = platform::installedIfAny();
+    return services ? services->text.displayName(fileName) : std::string(fileName);
 }
 
 } // namespace tessel
