@@ -5,6 +5,18 @@
 
 namespace tessel {
 
+namespace {
+
+constexpr double kRegularTabletWidth = 600; ///< points
+constexpr double kRegularPhoneWidth = 736;
+
+bool isLandscape(const Rect& bounds)
+{
+    return bounds.width > bounds.height;
+}
+
+} // namespace
+
 void Device::setScreenBounds(const Rect& bounds)
 {
     screenBounds_ = bounds;
@@ -15,8 +27,20 @@ void Device::setScreenBounds(const Rect& bounds)
 
 InterfaceOrientation Device::interfaceOrientation() const
 {
-    return screenBounds_.width > screenBounds_.height ? InterfaceOrientation::LandscapeRight
-                                                      : InterfaceOrientation::Portrait;
+    return isLandscape(screenBounds_) ? InterfaceOrientation::LandscapeRight : InterfaceOrientation::Portrait;
+}
+
+SizeClass Device::horizontalSizeClass() const
+{
+    if (idiom == Idiom::Pad)
+        return screenBounds_.width >= kRegularTabletWidth ? SizeClass::Regular : SizeClass::Compact;
+    return isLandscape(screenBounds_) && screenBounds_.width >= kRegularPhoneWidth ? SizeClass::Regular
+                                                                                   : SizeClass::Compact;
+}
+
+SizeClass Device::verticalSizeClass() const
+{
+    return idiom == Idiom::Phone && isLandscape(screenBounds_) ? SizeClass::Compact : SizeClass::Regular;
 }
 
 void Device::setTextMeasurer(const TextMeasurer* measurer)

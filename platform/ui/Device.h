@@ -14,6 +14,8 @@ class Window;
 enum class Idiom { Phone, Pad };
 enum class LayoutDirection { LeftToRight, RightToLeft };
 enum class InterfaceOrientation { Portrait = 1, PortraitUpsideDown = 2, LandscapeRight = 3, LandscapeLeft = 4 };
+/// How much room there is along one axis.
+enum class SizeClass { Compact = 1, Regular = 2 };
 
 /// The device as the program sees it: its screen, its kind, its writing direction, which begins as that of the user's
 /// language, and the window on it. A shell sets what changes. Main thread only.
@@ -23,6 +25,11 @@ public:
     [[nodiscard]] Rect screenBounds() const { return screenBounds_; }
     /// Also resizes the key window.
     void setScreenBounds(const Rect&);
+
+    /// Regular from 600 points of the window's width on a tablet, and from 736, where a phone lies on its side.
+    [[nodiscard]] SizeClass horizontalSizeClass() const;
+    /// Compact on a phone that lies on its side.
+    [[nodiscard]] SizeClass verticalSizeClass() const;
 
     Idiom idiom = Idiom::Phone;
     LayoutDirection layoutDirection = LayoutDirection::LeftToRight;

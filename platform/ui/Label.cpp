@@ -78,6 +78,12 @@ Size Label::measured(double width) const
                        : measurer.measure(text_, font_, width, lines_);
 }
 
+Baselines Label::baselines() const
+{
+    const auto metrics = platform::installed().device.textMeasurer().metrics(font_);
+    return {metrics.ascender, metrics.lineHeight - metrics.ascender};
+}
+
 std::string Label::accessibilityLabel() const
 {
     const auto label = View::accessibilityLabel();

@@ -35,6 +35,8 @@ public:
 
     [[nodiscard]] Size intrinsicContentSize() const override;
     [[nodiscard]] Size sizeThatFits(const Size& available) const override;
+    [[nodiscard]] bool heightFollowsWidth() const override { return lines_ != 1; }
+    [[nodiscard]] Baselines baselines() const override;
     [[nodiscard]] std::string accessibilityLabel() const override;
 
 private:

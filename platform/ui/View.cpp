@@ -2,6 +2,7 @@
 
 #include "platform/base/Platform.h"
 #include "platform/ui/Device.h"
+#include "platform/ui/layout/ViewLayout.h"
 
 #include <algorithm>
 #include <utility>
@@ -12,6 +13,12 @@ View::~View()
 {
     for (const auto& subview : subviews_)
         subview->superview_ = nullptr;
+    if (!layout_)
+        return;
+    layout_->view = nullptr;
+    layout_->engine.reset();
+    for (const auto& constraint : std::exchange(layout_->held, {}))
+        constraint->holder_.reset();
 }
 
 std::shared_ptr<View> View::superview() const
@@ -22,17 +29,22 @@ std::shared_ptr<View> View::superview() const
 void View::addSubview(std::shared_ptr<View> subview)
 {
     subview->removeFromSuperview();
+    LayoutEngine::drop(*subview);
     subview->superview_ = this;
     subviews_.push_back(std::move(subview));
+    LayoutEngine::drop(*this);
     tellChanged(ViewChange::Subviews);
     setNeedsLayout();
 }
 
 void View::removeFromSuperview()
 {
-    auto* const superview = std::exchange(superview_, nullptr);
-    if (!superview)
+    if (!superview_)
         return;
+    for (auto* ancestor = superview_; ancestor; ancestor = ancestor->superview_)
+        ancestor->endConstraintsWith(*this);
+    LayoutEngine::drop(*this);
+    auto* const superview = std::exchange(superview_, nullptr);
     superview->willRemoveSubview(*this);
     const auto self = shared_from_this();
     std::erase(superview->subviews_, self);
@@ -52,7 +64,11 @@ bool View::isDescendantOf(const View& other) const
 void View::setFrame(const Rect& frame)
 {
     const bool resized = frame.width != frame_.width || frame.height != frame_.height;
-    if (assign(frame_, frame) && resized)
+    if (!assign(frame_, frame))
+        return;
+    if (auto* const engine = superview_ && laidOutByConstraints() ? nullptr : LayoutEngine::existing(*this))
+        engine->frameChanged(*this);
+    if (resized)
         setNeedsLayout();
 }
 
@@ -79,25 +95,13 @@ void View::setNeedsLayout()
     platform::installed().device.tellScreenChanged();
 }
 
-void View::layoutIfNeeded()
-{
-    const auto self = shared_from_this();
-    if (needsLayout_ && !std::exchange(isLayingOut_, true)) {
-        if (willLayoutSubviews_)
-            willLayoutSubviews_();
-        layoutSubviews();
-        isLayingOut_ = false;
-    }
-    const auto subviews = subviews_; // a layout may add some and take some away
-    for (const auto& subview : subviews)
-        subview->layoutIfNeeded();
-    needsLayout_ = false;
-}
-
 void View::setHidden(bool hidden)
 {
-    if (assign(hidden_, hidden))
-        invalidateIntrinsicContentSize();
+    if (!assign(hidden_, hidden))
+        return;
+    if (superview_)
+        superview_->setNeedsUpdateConstraints();
+    invalidateIntrinsicContentSize();
 }
 
 void View::setBackgroundColor(const Color& color)
@@ -117,6 +121,8 @@ void View::setAccessibilityLabel(std::string label)
 
 void View::invalidateIntrinsicContentSize()
 {
+    if (auto* const engine = LayoutEngine::existing(*this))
+        engine->contentChanged(*this);
     if (!superview_)
         return;
     superview_->invalidateIntrinsicContentSize();

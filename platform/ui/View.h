@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/ui/Geometry.h"
+#include "platform/ui/layout/LayoutAnchor.h"
 
 #include <functional>
 #include <memory>
@@ -10,12 +11,19 @@
 namespace tessel {
 
 class Canvas;
+struct ViewLayout;
 
 /// What a shell must look at again.
 enum class ViewChange {
     Properties, ///< the frame, colours, texts and states of the view itself
     Subviews,   ///< which subviews it has, or their order
     Drawing,    ///< what it draws itself
+};
+
+/// Distances of the first and the last line's baseline from a view's top and bottom, in points.
+struct Baselines {
+    double first = 0;
+    double last = 0;
 };
 
 /// A rectangle of the screen and what lies in it: what a shell draws for it, it reads from here. Held by its superview
@@ -54,8 +62,43 @@ public:
 
     /// Has `layoutSubviews` run before the view is next shown.
     void setNeedsLayout();
-    /// Lays out this view and those below it, as far as they need it.
+    /// Lays out this view and those below it, as far as they need it: first `updateConstraints`, from below upwards,
+    /// then downwards the frames that constraints give and `layoutSubviews`.
     void layoutIfNeeded();
+    /// Has `updateConstraints` run before the next layout.
+    void setNeedsUpdateConstraints();
+
+    /// Whether constraints give the frame; else the program does, and constraints take it as it is. The uppermost view
+    /// of a tree never asks them.
+    [[nodiscard]] bool laidOutByConstraints() const;
+    void setLaidOutByConstraints(bool);
+    [[nodiscard]] LayoutXAnchor leadingAnchor() { return {*this, LayoutAttribute::Leading}; }
+    [[nodiscard]] LayoutXAnchor trailingAnchor() { return {*this, LayoutAttribute::Trailing}; }
+    [[nodiscard]] LayoutXAnchor leftAnchor() { return {*this, LayoutAttribute::Left}; }
+    [[nodiscard]] LayoutXAnchor rightAnchor() { return {*this, LayoutAttribute::Right}; }
+    [[nodiscard]] LayoutXAnchor centerXAnchor() { return {*this, LayoutAttribute::CenterX}; }
+    [[nodiscard]] LayoutYAnchor topAnchor() { return {*this, LayoutAttribute::Top}; }
+    [[nodiscard]] LayoutYAnchor bottomAnchor() { return {*this, LayoutAttribute::Bottom}; }
+    [[nodiscard]] LayoutYAnchor centerYAnchor() { return {*this, LayoutAttribute::CenterY}; }
+    [[nodiscard]] LayoutYAnchor firstBaselineAnchor() { return {*this, LayoutAttribute::FirstBaseline}; }
+    [[nodiscard]] LayoutYAnchor lastBaselineAnchor() { return {*this, LayoutAttribute::LastBaseline}; }
+    [[nodiscard]] LayoutSideAnchor widthAnchor() { return {*this, LayoutAttribute::Width}; }
+    [[nodiscard]] LayoutSideAnchor heightAnchor() { return {*this, LayoutAttribute::Height}; }
+    /// How much it matters that the view is not larger, and not smaller, than its content, as LayoutPriority counts;
+    /// 0 for not at all.
+    [[nodiscard]] double contentHugging(LayoutAxis) const;
+    void setContentHugging(LayoutAxis, double priority);
+    [[nodiscard]] double compressionResistance(LayoutAxis) const;
+    void setCompressionResistance(LayoutAxis, double priority);
+    /// The least size in which the constraints of the view and of those below it hold.
+    /// @param available the most; a side that is not above 0 has no end
+    [[nodiscard]] Size sizeFittingConstraints(const Size& available);
+    /// Whether another width may give the content another height: that of `sizeThatFits`.
+    [[nodiscard]] virtual bool heightFollowsWidth() const { return false; }
+    /// Those of a view that is as high as its content; without text the view's edges.
+    [[nodiscard]] virtual Baselines baselines() const { return {intrinsicContentSize().height, 0}; }
+    /// What the log calls the view when it tells of its constraints.
+    std::string layoutIdentifier;
 
     [[nodiscard]] bool hidden() const { return hidden_; }
     void setHidden(bool);
@@ -78,7 +121,9 @@ public:
     std::function<void(ViewChange)> changed;
 
 protected:
-    /// Places the subviews in `bounds`.
+    /// Makes the constraints fit what has changed.
+    virtual void updateConstraints() {}
+    /// Places the subviews in `bounds` that constraints do not place.
     virtual void layoutSubviews() {}
     virtual void willRemoveSubview(const View&) {}
     /// The content has another size of its own: all that it lies in may have to lay out anew.
@@ -96,7 +141,18 @@ protected:
     }
 
 private:
+    friend class AnyLayoutAnchor;
+    friend class LayoutConstraint;
+    friend class LayoutEngine;
     friend class ViewController;
+    friend class VisualFormatReader;
+
+    [[nodiscard]] const std::shared_ptr<ViewLayout>& layout();
+    [[nodiscard]] View& uppermost();
+    void updateConstraintsIfNeeded();
+    void layOutTree();
+    void placeSubviews();
+    void endConstraintsWith(const View& leaving);
 
     Rect frame_;
     std::vector<std::shared_ptr<View>> subviews_;
@@ -108,6 +164,8 @@ private:
     bool hidden_ = false;
     bool needsLayout_ = true;
     bool isLayingOut_ = false;
+    bool needsUpdateConstraints_ = true;
+    std::shared_ptr<ViewLayout> layout_; // made with the first need
 };
 
 } // namespace tessel
