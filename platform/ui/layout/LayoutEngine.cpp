@@ -33,9 +33,9 @@ bool isRequiredEquation(const LayoutConstraint& constraint)
     return constraint.relation() == LayoutRelation::Equal && constraint.priority() >= LayoutPriority::kRequired;
 }
 
-bool mentionsBaseline(const LayoutConstraint::Side& side)
+bool mentionsBaselineOf(const View& view, const LayoutConstraint::Side& side)
 {
-    return side.layout &&
+    return side.layout && side.layout->view == &view &&
            (side.attribute == LayoutAttribute::FirstBaseline || side.attribute == LayoutAttribute::LastBaseline);
 }
 
@@ -125,9 +125,8 @@ void LayoutEngine::contentChanged(View& view)
         setContentSize(content, size);
     }
     for (const auto& entry : entries_)
-        for (const auto& side : {entry.constraint->first(), entry.constraint->second()})
-            if (mentionsBaseline(side) && side.layout->view == &view)
-                constantChanged(*entry.constraint);
+        if (mentionsBaselineOf(view, entry.constraint->first()) || mentionsBaselineOf(view, entry.constraint->second()))
+            constantChanged(*entry.constraint);
 }
 
 void LayoutEngine::contentAsksAnew(View& view)

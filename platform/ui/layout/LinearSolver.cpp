@@ -140,12 +140,12 @@ bool LinearSolver::enter(LinearRow row, const Record& record)
             return false;
         solved = record.marker;
     }
-    if (!solved && !enterByArtificial(std::move(row)))
-        return false;
     if (solved) {
         row.solveFor(*solved);
         substitute(*solved, row);
         insertRow(*solved, std::move(row));
+    } else if (!enterByArtificial(std::move(row))) {
+        return false;
     }
     addCost(record, 1);
     return true;
