@@ -16,6 +16,8 @@ struct Color {
     /// A shade from black, 0, to white, 1.
     [[nodiscard]] static constexpr Color gray(double level, double alpha = 1) { return {level, level, level, alpha}; }
     [[nodiscard]] static constexpr Color lightGray() { return gray(2.0 / 3); }
+    /// The line at the edge of a bar.
+    [[nodiscard]] static constexpr Color barHairline() { return gray(0.78); }
     [[nodiscard]] static constexpr Color clear() { return {0, 0, 0, 0}; }
 
     // The system's own colours, which stand out on light and dark alike.

@@ -1,0 +1,100 @@
+#include "preview/ThumbnailImageView.h"
+
+#include "files/DRItem.h"
+#include "platform/base/Platform.h"
+#include "platform/documents/DocumentIcon.h"
+#include "platform/files/TypeRegistry.h"
+#include "platform/ui/Device.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <utility>
+
+namespace tessel {
+
+namespace {
+
+constexpr double kWideMargin = 45;
+constexpr double kNarrowMargin = 17;
+constexpr double kLargestScale = 8;
+constexpr double kIconScale = 2;
+constexpr Size kIconSize{64, 64};
+const Border kBorder{1, Color::gray(0, 0.16)};
+
+bool isNothing(double length)
+{
+    return std::abs(length) <= static_cast<double>(std::numeric_limits<float>::epsilon());
+}
+
+/// Of a size that is not known as long as there are no images in the items.
+std::optional<Image> thumbnailOf(DRItem& item)
+{
+    const auto& url = item.thumbnail();
+    return url ? std::optional(Image::file(*url, {})) : std::nullopt;
+}
+
+} // namespace
+
+ThumbnailImageView::ThumbnailImageView() : thumbnailView_(std::make_shared<ImageView>())
+{
+    thumbnailView_->setMagnification(Magnification::NearestNeighbour);
+    addSubview(thumbnailView_);
+}
+
+void ThumbnailImageView::setItem(std::shared_ptr<DRItem> item)
+{
+    item_ = std::move(item);
+    if (!item_)
+        return;
+    auto thumbnail = thumbnailOf(*item_);
+    isGenericImage_ = !thumbnail || isNothing(thumbnail->size().height);
+    if (isGenericImage_)
+        showGenericImage();
+    else
+        _setThumbnailImage(std::move(thumbnail), true);
+}
+
+void ThumbnailImageView::showGenericImage()
+{
+    const auto& url = item_->resolvedURL();
+    _setThumbnailImage(documentIcon(url ? url->lastPathComponent() : std::string_view(),
+                                    item_->typeIdentifier().value_or(std::string(TypeIdentifier::kData)), kIconSize),
+                       false);
+}
+
+void ThumbnailImageView::_setThumbnailImage(std::optional<Image> image, bool wantsBorder)
+{
+    thumbnailView_->setImage(std::move(image));
+    thumbnailView_->setBorder({wantsBorder ? kBorder.width : 0, kBorder.color});
+    setNeedsLayout();
+}
+
+double ThumbnailImageView::margins()
+{
+    const auto& device = platform::installed().device;
+    const bool isRoomy =
+        device.horizontalSizeClass() == SizeClass::Regular && device.verticalSizeClass() == SizeClass::Regular;
+    return isRoomy ? kWideMargin : kNarrowMargin;
+}
+
+Rect ThumbnailImageView::aspectFitImage(const Size& image, const Rect& inRect, double withMargins) const
+{
+    const Size room{inRect.width - 2 * withMargins, inRect.height - 2 * withMargins};
+    double scale = 0;
+    if (!isNothing(image.width) && !isNothing(image.height))
+        scale = std::min({room.width / image.width, room.height / image.height, kLargestScale});
+    if (isGenericImage_)
+        scale = kIconScale;
+    const Size fitted{image.width * scale, image.height * scale};
+    return {inRect.x + (inRect.width - fitted.width) / 2, inRect.y + (inRect.height - fitted.height) / 2, fitted.width,
+            fitted.height};
+}
+
+void ThumbnailImageView::layoutSubviews()
+{
+    const auto& image = thumbnailView_->image();
+    thumbnailView_->setFrame(aspectFitImage(image ? image->size() : Size{}, frame(), margins()));
+}
+
+} // namespace tessel
