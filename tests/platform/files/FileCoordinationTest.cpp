@@ -76,7 +76,7 @@ protected:
     }
 
     InstalledPlatform platform;
-    const SystemClock realClock;
+    const SystemClock realClock{};
     const URL folder = platform.drive.url("coordination");
     const UnfinishedWork unfinished{platform.drive.url("unfinished")};
     const DocumentStore documents{platform.drive.url("cloud"), platform::installed().text, platform::installed().types,
@@ -96,19 +96,20 @@ class ExclusionTest : public FileCoordinationTest, public testing::WithParamInte
 // The rule is one, whether two threads or two processes meet.
 TEST_P(ExclusionTest, KeepsWritersAwayFromAllThatIsInAnItem)
 {
-    const auto& [theirs, theyWrite, ours, weWrite, isPossible] = GetParam();
+    const auto& pair = GetParam();
+    const Wish theirs{pair.theirs, pair.theyWrite};
+    const Wish ours{pair.ours, pair.weWrite};
     auto coordinator = coordination(0s);
-    OtherProcess other(holding({theirs, theyWrite}));
+    OtherProcess other(holding(theirs));
     other.meet();
-    const auto error = access(coordinator, {ours, weWrite});
-    EXPECT_EQ(!error, isPossible);
+    const auto error = access(coordinator, ours);
+    EXPECT_EQ(!error, pair.isPossible);
     other.meet();
     EXPECT_TRUE(other.finish());
-    EXPECT_EQ(access(coordinator, {ours, weWrite}), std::nullopt);
+    EXPECT_EQ(access(coordinator, ours), std::nullopt);
 
-    fail(access(coordinator, {theirs, theyWrite}, [&] {
-        std::thread([&] { EXPECT_EQ(!access(coordinator, {ours, weWrite}), isPossible); }).join();
-    }));
+    fail(access(coordinator, theirs,
+                [&] { std::thread([&] { EXPECT_EQ(!access(coordinator, ours), pair.isPossible); }).join(); }));
 }
 
 INSTANTIATE_TEST_SUITE_P(Pairs, ExclusionTest,
