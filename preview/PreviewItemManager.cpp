@@ -4,6 +4,7 @@
 #include "files/DRItem.h"
 #include "files/FileUtils.h"
 #include "files/UIUtils.h"
+#include "preview/PreviewBaseViewController.h"
 
 namespace tessel {
 

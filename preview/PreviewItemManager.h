@@ -12,13 +12,14 @@ namespace tessel {
 
 class BarButtonItem;
 class DRItem;
+class PreviewBaseViewController;
 
 /// Owns the showing of one document. Main thread only.
 class PreviewItemManager : public std::enable_shared_from_this<PreviewItemManager> {
 public:
     std::int32_t mode = 0; ///< 0 for the quick preview, 1 for the details
     std::shared_ptr<DRItem> item;
-    std::shared_ptr<ViewController> detailsViewController; ///< while it is shown; null in a quick preview
+    std::shared_ptr<PreviewBaseViewController> detailsViewController; ///< while it is shown; null in a quick preview
     /// Of the preview's Share button; kept while the sheet is shown.
     std::shared_ptr<DocumentInteractionController> documentInteractionController;
 
