@@ -15,7 +15,6 @@
 namespace tessel {
 namespace {
 
-using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
