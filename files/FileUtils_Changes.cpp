@@ -23,16 +23,19 @@ std::optional<Error> createFolder(const URL& folder)
 std::optional<Error> removeUnlessChanged(const URL& item, const Value& dateBefore)
 {
     TSD_FUNCTION("+[FileUtils remove:]_block_invoke");
-    const auto date = FileUtils::getResourceValue(ResourceKey::ContentModificationDate, item);
-    if (date.isNone() || !(date == dateBefore)) {
+    const auto value = FileUtils::getResourceValue(ResourceKey::ContentModificationDate, item);
+    const auto* date = value.get<Date>();
+    const auto changed = generalError(ErrorCode::kUserCancelled);
+    const bool isUnchanged = date && value == dateBefore;
+    auto error = isUnchanged ? platform::installed().files.removeItem(item, *date) : std::optional(changed);
+    if (error == changed) {
+        error = changed;
         TSD_INFO("Date changed during delete (user chose Keep?) -- preserving document: '%@'", item);
-        return generalError(ErrorCode::kUserCancelled);
-    }
-    auto error = platform::installed().files.removeItem(item);
-    if (error)
+    } else if (error) {
         TSD_ERROR("failed to delete item:'%@': %@", item, error);
-    else
+    } else {
         TSD_INFO("Deleted item: '%@'", item);
+    }
     return error;
 }
 

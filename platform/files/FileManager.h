@@ -59,7 +59,10 @@ public:
 
     /// Removes an item for good, a folder with all that is in it; a link, not what it leads to. Of a folder that cannot
     /// be removed to the end, what is left stays where it was.
-    [[nodiscard]] virtual std::optional<Error> removeItem(const URL&) = 0;
+    /// @param modified none, or the date of the file that is meant: a file of another date stays, one that a program
+    ///        which does not coordinate puts there at the last moment, too
+    /// @returns the user-cancelled error (3072) when the file has another date
+    [[nodiscard]] virtual std::optional<Error> removeItem(const URL&, const std::optional<Date>& modified) = 0;
 
     /// Moves or renames an item, with its attributes, also to another file system: there the copy is verified before
     /// the source goes. Never replaces anything.

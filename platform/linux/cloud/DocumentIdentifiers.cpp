@@ -4,6 +4,7 @@
 #include "platform/linux/cloud/DocumentMark.h"
 #include "platform/linux/cloud/Placeholder.h"
 #include "platform/linux/files/DeepNames.h"
+#include "platform/linux/files/UnfinishedWork.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -65,8 +66,7 @@ Result<std::optional<std::uint32_t>> DocumentIdentifiers::tryToIdentify(const It
         return known.error();
     switch (*known ? whereabouts(**known, item) : Whereabouts::OtherFile) {
     case Whereabouts::InItsPlace:
-        markDocument(item.file, {(*known)->identifier, item.identity});
-        return std::optional((*known)->identifier);
+        return markInPlace((*known)->identifier, item);
     case Whereabouts::Moved:
         return storeMarked({(*known)->identifier, drive_, item.path, item.identity}, item, *count);
     case Whereabouts::OtherFile:
@@ -94,10 +94,19 @@ Result<std::optional<std::uint32_t>> DocumentIdentifiers::storeMarked(CatalogedD
     const bool isOfItem = document.path == item.path;
     auto stored = catalog_.store(std::move(document), changeCount);
     if (stored && *stored && isOfItem)
-        markDocument(item.file, {**stored, item.identity});
-    else if (stored)
+        return markInPlace(**stored, item);
+    if (stored)
         stored.value().reset();
     return stored;
+}
+
+/// A document that goes to another file system takes its mark along: one that was marked in vain, since it had gone by
+/// then, is looked for once more.
+std::optional<std::uint32_t> DocumentIdentifiers::markInPlace(std::uint32_t identifier, const Item& item) const
+{
+    if (markDocument(item.file, {identifier, item.identity}) || fileIdentity(item.file.path()) == item.identity)
+        return identifier;
+    return std::nullopt;
 }
 
 /// What is to be stored of a file that the catalogue does not know: the file as a known or a new document or, where the
@@ -107,25 +116,36 @@ Result<CatalogedDocument> DocumentIdentifiers::documentForUnknown(const Item& it
     const auto before = catalog_.atPath(drive_, item.path);
     if (!before)
         return before.error();
-    if (*before) {
-        const auto identifier = (*before)->identifier;
-        const auto elsewhere = (*before)->file == item.identity ? std::nullopt : find((*before)->file);
-        if (elsewhere && !isBackupOf(elsewhere->path, item.path))
-            return CatalogedDocument{identifier, drive_, elsewhere->path, elsewhere->identity};
-        return CatalogedDocument{identifier, drive_, item.path, item.identity};
-    }
     const auto known = readDocumentMark(item.file);
     if (!known)
         return errorNaming(item.url, known.error());
     const auto& mark = *known;
-    if (!mark)
-        return CatalogedDocument{0, drive_, item.path, item.identity};
-    const auto marked = catalog_.withIdentifier(mark->identifier);
-    if (!marked)
-        return marked.error();
-    const auto& original = *marked;
-    const bool isCopy = original && (original->drive != drive_ || isInItsPlace(*original) || find(original->file));
-    return CatalogedDocument{isCopy ? 0 : mark->identifier, drive_, item.path, item.identity};
+    if (mark && (mark->file == item.identity || !*before)) {
+        const auto isCopied = isCopy(*mark, item);
+        if (!isCopied)
+            return isCopied.error();
+        if (!*isCopied)
+            return CatalogedDocument{mark->identifier, drive_, item.path, item.identity};
+    }
+    if (*before) {
+        const auto identifier = (*before)->identifier;
+        const auto elsewhere = (*before)->file == item.identity ? std::nullopt : findElsewhere(**before, item);
+        if (elsewhere && !isBackupOf(elsewhere->path, item.path))
+            return CatalogedDocument{identifier, drive_, elsewhere->path, elsewhere->identity};
+        return CatalogedDocument{identifier, drive_, item.path, item.identity};
+    }
+    return CatalogedDocument{0, drive_, item.path, item.identity};
+}
+
+/// Whether the document of an unknown file's mark is another file.
+Result<bool> DocumentIdentifiers::isCopy(const DocumentMark& mark, const Item& item)
+{
+    const auto original = catalog_.withIdentifier(mark.identifier);
+    if (!original)
+        return original.error();
+    if (!*original)
+        return false;
+    return (*original)->drive != drive_ || isInItsPlace(**original) || findElsewhere(**original, item);
 }
 
 Result<std::optional<std::uint32_t>> DocumentIdentifiers::knownIdentifierOf(const FileIdentity& file)
@@ -229,6 +249,20 @@ std::optional<DocumentIdentifiers::Item> DocumentIdentifiers::find(const FileIde
     });
 }
 
+/// The document's file or, unless the item is that itself, the one that continues it.
+std::optional<DocumentIdentifiers::Item> DocumentIdentifiers::findElsewhere(const CatalogedDocument& document,
+                                                                            const Item& item) const
+{
+    if (auto same = find(document.file))
+        return same;
+    const auto isContinuation = [&](const URL& candidate, std::uint64_t inode) {
+        const auto mark = readDocumentMark(candidate);
+        return mark && *mark && (*mark)->identifier == document.identifier && (*mark)->file.inode == inode &&
+               fileIdentity(candidate.path()) == (*mark)->file;
+    };
+    return isContinuation(item.file, item.identity.inode) ? std::nullopt : firstItem(isContinuation);
+}
+
 std::optional<DocumentIdentifiers::Item> DocumentIdentifiers::findMarked(std::uint32_t identifier)
 {
     return firstItem([&](const URL& candidate, std::uint64_t) {
@@ -246,7 +280,7 @@ std::optional<DocumentIdentifiers::Item> DocumentIdentifiers::firstItem(
     std::optional<Item> found;
     for (const auto& place : places_.all())
         visitDeepNames(place.realDocumentsURL, [&](const URL& file, std::uint64_t inode) {
-            if (!found && isWanted(file, inode))
+            if (!found && !isOutOfSight(file) && isWanted(file, inode))
                 found = itemWithFile(file);
             return !found;
         });

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/linux/cloud/DocumentCatalog.h"
+#include "platform/linux/cloud/DocumentMark.h"
 #include "platform/linux/cloud/DrivePlaces.h"
 
 #include <atomic>
@@ -18,9 +19,11 @@ namespace tessel {
 /// The catalogue knows each document's path and the identity of its file, and decides:
 ///
 ///   1. The file with a known identity is that document, wherever it lies, and marked or not.
-///   2. An unknown file at a known path is that document saved by replacing its file, unless the old file is still
-///      somewhere in the drive: then that is the document. A backup left beside it as "name~" does not count.
-///   3. An unknown file elsewhere that bears the document's mark is that document, moved from another file system or
+///   2. An unknown file whose mark was made for this very file is the marked document, which this program moved to
+///      another file system, to the cloud or back (continueDocument), unless the document is still there.
+///   3. An unknown file at a known path is that document saved by replacing its file, unless the document is somewhere
+///      else in the drive by rule 1 or 2. A backup left beside it as "name~" does not count.
+///   4. An unknown file elsewhere that bears the document's mark is that document, moved from another file system or
 ///      under a catalogue made anew, unless it is a copy: the document is still there.
 ///
 /// So no two have the same one. Looking for a file that is not where it was reads every folder of the drive.
@@ -59,6 +62,7 @@ private:
     [[nodiscard]] std::vector<CatalogedDocument> markedDocuments() const;
     Result<std::optional<std::uint32_t>> tryToIdentify(const Item&);
     Result<std::optional<std::uint32_t>> storeMarked(CatalogedDocument, const Item&, std::int64_t changeCount);
+    [[nodiscard]] std::optional<std::uint32_t> markInPlace(std::uint32_t identifier, const Item&) const;
     [[nodiscard]] Whereabouts whereabouts(const CatalogedDocument&, const Item&) const;
     Result<CatalogedDocument> documentForUnknown(const Item&);
     [[nodiscard]] bool identifierIs(std::uint32_t identifier, const URL&);
@@ -70,6 +74,8 @@ private:
     [[nodiscard]] bool isInItsPlace(const CatalogedDocument&) const;
     [[nodiscard]] bool isKnown(const FileIdentity&);
     [[nodiscard]] std::optional<Item> find(const FileIdentity&) const;
+    [[nodiscard]] std::optional<Item> findElsewhere(const CatalogedDocument&, const Item&) const;
+    Result<bool> isCopy(const DocumentMark&, const Item&);
     [[nodiscard]] std::optional<Item> findMarked(std::uint32_t identifier);
     [[nodiscard]] std::optional<Item> firstItem(
         const std::function<bool(const URL& file, std::uint64_t inode)>& isWanted) const;

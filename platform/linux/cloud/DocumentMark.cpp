@@ -1,7 +1,13 @@
 #include "platform/linux/cloud/DocumentMark.h"
 
+#include "platform/linux/files/CopyContent.h"
 #include "platform/linux/files/ExtendedAttributes.h"
+#include "platform/linux/files/Uninterrupted.h"
 
+#include <sys/xattr.h>
+
+#include <array>
+#include <cerrno>
 #include <charconv>
 #include <string>
 #include <string_view>
@@ -20,6 +26,29 @@ bool readNumber(std::string_view& text, Number& number)
     return parsed.ec == std::errc() && (text.empty() || text.front() == ' ');
 }
 
+std::optional<DocumentMark> parsedMark(std::string_view text)
+{
+    DocumentMark mark;
+    if (!readNumber(text, mark.identifier) || mark.identifier == 0)
+        return std::nullopt;
+    if (!readNumber(text, mark.file.inode) || !readNumber(text, mark.file.birth))
+        mark.file = {};
+    return mark;
+}
+
+std::string textOf(const DocumentMark& mark)
+{
+    return std::to_string(mark.identifier) + ' ' + std::to_string(mark.file.inode) + ' ' +
+           std::to_string(mark.file.birth);
+}
+
+std::optional<DocumentMark> readDocumentMark(int file)
+{
+    std::array<char, 128> text{}; // longer than any mark
+    const auto size = uninterrupted([&] { return ::fgetxattr(file, kDocumentAttribute, text.data(), text.size()); });
+    return size > 0 ? parsedMark({text.data(), static_cast<std::size_t>(size)}) : std::nullopt;
+}
+
 } // namespace
 
 Result<std::optional<DocumentMark>> readDocumentMark(const URL& file)
@@ -27,22 +56,37 @@ Result<std::optional<DocumentMark>> readDocumentMark(const URL& file)
     const auto attribute = extendedAttribute(file, kDocumentAttribute);
     if (!attribute)
         return attribute.error();
-    std::string_view text = *attribute ? std::string_view(**attribute) : "";
-    DocumentMark mark;
-    if (!readNumber(text, mark.identifier) || mark.identifier == 0)
-        return std::optional<DocumentMark>();
-    if (!readNumber(text, mark.file.inode) || !readNumber(text, mark.file.birth))
-        mark.file = {};
-    return std::optional(mark);
+    return *attribute ? parsedMark(**attribute) : std::nullopt;
 }
 
-void markDocument(const URL& file, const DocumentMark& mark)
+bool continueDocument(int oldFile, int newFile)
+{
+    if (!copyAttributes(oldFile, newFile))
+        return false;
+    const auto mark = readDocumentMark(newFile);
+    const auto identity = fileIdentity(newFile);
+    if (!mark || !identity || fileIdentity(oldFile) != mark->file)
+        return true;
+    const auto text = textOf({mark->identifier, *identity});
+    const auto set = [&] { return ::fsetxattr(newFile, kDocumentAttribute, text.data(), text.size(), 0); };
+    return uninterrupted(set) == 0 || errno == ENOTSUP;
+}
+
+void continueMark(const URL& oldFile, const URL& newFile)
+{
+    const auto mark = readDocumentMark(oldFile);
+    if (!mark || !*mark || fileIdentity(oldFile.path()) != (*mark)->file)
+        return;
+    if (const auto identity = fileIdentity(newFile.path()))
+        (void)markDocument(newFile, {(*mark)->identifier, *identity});
+}
+
+bool markDocument(const URL& file, const DocumentMark& mark)
 {
     if (const auto known = readDocumentMark(file); known && *known == mark)
-        return;
-    const auto text =
-        std::to_string(mark.identifier) + ' ' + std::to_string(mark.file.inode) + ' ' + std::to_string(mark.file.birth);
-    (void)setExtendedAttribute(file, kDocumentAttribute, text);
+        return true;
+    (void)setExtendedAttribute(file, kDocumentAttribute, textOf(mark));
+    return false;
 }
 
 } // namespace tessel

@@ -1,6 +1,7 @@
 #include "platform/linux/cloud/DocumentStore.h"
 
 #include "platform/linux/base/ErrnoError.h"
+#include "platform/linux/cloud/DocumentMark.h"
 #include "platform/linux/files/CopyContent.h"
 #include "platform/linux/files/ItemStamp.h"
 #include "platform/linux/files/LinuxResourceValues.h"
@@ -50,17 +51,22 @@ bool setDate(int file, const Date& date)
     return uninterrupted([&] { return ::futimens(file, times); }) == 0;
 }
 
-// Makes the file what the record and the placeholder's attributes say, and brings it to disk: the store's copy helps
-// nobody who finds an empty document in place of a placeholder.
-bool finish(int file, const PlaceholderRecord& record, const URL& placeholder)
+// Brings the file to disk: the store's copy helps nobody who finds an empty document in place of a placeholder.
+bool finish(int file, const PlaceholderRecord& record)
 {
     constexpr mode_t kUsualMode = 0644;
-    const auto old = openedForReading(placeholder);
-    return old.isOpen() && copyAttributes(old.get(), file) &&
-           setAttribute(file, kContentAttribute, record.identifier) &&
-           (!record.sharedRole || setAttribute(file, kSharedAttribute, *record.sharedRole)) &&
-           uninterrupted([&] { return ::fchmod(file, kUsualMode); }) == 0 && setDate(file, record.modificationDate) &&
+    return uninterrupted([&] { return ::fchmod(file, kUsualMode); }) == 0 && setDate(file, record.modificationDate) &&
            uninterrupted([&] { return ::fsync(file); }) == 0;
+}
+
+// Gives the file the attributes that the placeholder has now, tags that it was given meanwhile among them, and those of
+// its record.
+bool takeOverAttributes(int file, const PlaceholderRecord& record, const URL& placeholder)
+{
+    const auto old = openedForReading(placeholder);
+    return old.isOpen() && continueDocument(old.get(), file) &&
+           setAttribute(file, kContentAttribute, record.identifier) &&
+           (!record.sharedRole || setAttribute(file, kSharedAttribute, *record.sharedRole));
 }
 
 } // namespace
@@ -104,13 +110,14 @@ Result<DocumentStore::Content> DocumentStore::fetch(const URL& document,
     const auto stamp = stampOf(file->descriptor());
     if (stamp && stamp->size != record->size)
         return error(ErrorCode::kReadCorrupt, "The content of “%1$@” is damaged.", document);
-    if (!stamp || !finish(file->descriptor(), *record, placeholder))
+    if (!stamp || !finish(file->descriptor(), *record))
         return errnoError(errno, document);
     return Content{*record, std::move(file.value())};
 }
 
 std::optional<Error> DocumentStore::install(Content& content, const URL& document) const
 {
+    unfinished_.clearUpAfterOthers();
     const auto placeholder = placeholderURL(document);
     if (isThere(document) == true)
         return std::nullopt;
@@ -119,8 +126,11 @@ std::optional<Error> DocumentStore::install(Content& content, const URL& documen
         return errorNaming(document, record.error());
     if (*record != content.record)
         return std::nullopt;
+    if (!takeOverAttributes(content.file.descriptor(), *record, placeholder))
+        return errnoError(errno, document);
     if (!content.file.publish())
         return errno == EEXIST ? std::nullopt : std::optional(errnoError(errno, document));
+    continueMark(placeholder, document);
     // One that stays is in the shadow of the document.
     uninterrupted([&] { return ::unlink(placeholder.path().c_str()); });
     return std::nullopt;

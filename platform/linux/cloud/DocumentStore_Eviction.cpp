@@ -1,6 +1,7 @@
 #include "platform/files/ResourceValues.h"
 #include "platform/files/TypeRegistry.h"
 #include "platform/linux/base/ErrnoError.h"
+#include "platform/linux/cloud/DocumentMark.h"
 #include "platform/linux/cloud/DocumentStore.h"
 #include "platform/linux/cloud/PlaceholderChanges.h"
 #include "platform/linux/files/CompareItems.h"
@@ -84,6 +85,7 @@ bool syncFolder(const URL& folder)
 
 std::optional<Error> DocumentStore::evict(const URL& document) const
 {
+    unfinished_.clearUpAfterOthers();
     const auto isGoneAlready = isInCloudOnly(document);
     if (!isGoneAlready)
         return isGoneAlready.error();
@@ -182,6 +184,7 @@ std::optional<Error> DocumentStore::removeIfUnchanged(const URL& document, const
         return withdrawn.error();
     if (stampOf(withdrawn->location()) != stamp || !isUntouched())
         return errnoError(EBUSY, document);
+    continueMark(withdrawn->location(), placeholderURL(document));
     return withdrawn.value().remove();
 }
 

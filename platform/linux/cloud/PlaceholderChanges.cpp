@@ -1,7 +1,7 @@
 #include "platform/linux/cloud/PlaceholderChanges.h"
 
 #include "platform/linux/base/ErrnoError.h"
-#include "platform/linux/files/CopyContent.h"
+#include "platform/linux/cloud/DocumentMark.h"
 #include "platform/linux/files/NewFile.h"
 #include "platform/linux/files/Uninterrupted.h"
 #include "platform/linux/files/WriteAll.h"
@@ -17,7 +17,7 @@ namespace {
 
 bool fill(const NewFile& file, std::string_view content, int attributesOf)
 {
-    return writeAll(file.descriptor(), content) && copyAttributes(attributesOf, file.descriptor()) &&
+    return writeAll(file.descriptor(), content) && continueDocument(attributesOf, file.descriptor()) &&
            uninterrupted([&] { return ::fsync(file.descriptor()); }) == 0;
 }
 
@@ -48,6 +48,8 @@ std::optional<Error> addNameToPlaceholder(const URL& document, std::string_view 
     if (!file)
         return file.error();
     const bool isAdded = fill(*file, placeholderContent(*record, nextName), old.get()) && file.value().replace();
+    if (isAdded) // what it has been marked with since
+        (void)continueDocument(old.get(), file.value().descriptor());
     return isAdded ? std::nullopt : std::optional(errnoError(errno, document));
 }
 

@@ -1,6 +1,7 @@
 #include "platform/linux/files/ItemCopy.h"
 
 #include "platform/linux/base/ErrnoError.h"
+#include "platform/linux/cloud/DocumentMark.h"
 #include "platform/linux/files/CompareItems.h"
 #include "platform/linux/files/CopyContent.h"
 #include "platform/linux/files/LinkText.h"
@@ -8,6 +9,7 @@
 #include "platform/linux/files/RenameWithoutReplacing.h"
 #include "platform/linux/files/TreeEnumeration.h"
 #include "platform/linux/files/Uninterrupted.h"
+#include "platform/linux/files/WithdrawnItem.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -28,7 +30,7 @@ FileDescriptor opened(const URL& url, int flags)
 
 bool copyOpenFile(const FileDescriptor& from, int to)
 {
-    return from.isOpen() && copyContent(from.get(), to) && copyAttributes(from.get(), to) &&
+    return from.isOpen() && copyContent(from.get(), to) && continueDocument(from.get(), to) &&
            copyModeAndTimes(from.get(), to);
 }
 
@@ -95,7 +97,16 @@ std::optional<Error> ItemCopy::make()
     if (!stamp)
         return errnoError(errno, named_);
     copied_.push_back({{}, *stamp});
-    return S_ISREG(stamp->mode) ? makeFile() : makeHidden();
+    auto error = S_ISREG(stamp->mode) ? makeFile() : makeHidden();
+    if (!error)
+        rememberCopies();
+    return error;
+}
+
+void ItemCopy::rememberCopies()
+{
+    for (auto& entry : copied_)
+        entry.copy = file_ ? stampOf(file_->descriptor()) : stampOf(copyAt(entry.path));
 }
 
 std::optional<Error> ItemCopy::makeFile()
@@ -168,14 +179,9 @@ bool ItemCopy::finishFolders()
             return true;
         const auto source = opened(entry.path.empty() ? from_ : from_.appending(entry.path), O_RDONLY | O_DIRECTORY);
         const auto copy = opened(copyAt(entry.path), O_RDONLY | O_DIRECTORY);
-        return source.isOpen() && copy.isOpen() && copyAttributes(source.get(), copy.get()) &&
+        return source.isOpen() && copy.isOpen() && continueDocument(source.get(), copy.get()) &&
                copyModeAndTimes(source.get(), copy.get());
     });
-}
-
-std::optional<ItemStamp> ItemCopy::stamp() const
-{
-    return file_ ? stampOf(file_->descriptor()) : stampOf(*hidden_);
 }
 
 bool ItemCopy::isCopyOf(const URL& item) const
@@ -193,6 +199,43 @@ bool ItemCopy::publish()
     if (isPublished)
         hidden_.reset();
     return isPublished;
+}
+
+void ItemCopy::continueMarks(const URL& source) const
+{
+    for (const auto& entry : copied_)
+        if (entry.path.empty())
+            continueMark(source, to_);
+        else if (S_ISREG(entry.stamp.mode) || S_ISDIR(entry.stamp.mode))
+            continueMark(source.appending(entry.path), to_.appending(entry.path));
+}
+
+void ItemCopy::takeBack()
+{
+    const auto& copy = copied_.front().copy;
+    UnfinishedChange should;
+    if (file_)
+        should.stamp = copy;
+    else
+        should.equalTo = from_;
+    auto withdrawn = WithdrawnItem::withdraw(to_, named_, unfinished_, std::move(should));
+    if (!withdrawn)
+        return;
+    removeUnchanged(withdrawn->location());
+    if (!stampOf(withdrawn->location()))
+        (void)withdrawn.value().remove();
+}
+
+void ItemCopy::removeUnchanged(const URL& copy) const
+{
+    for (auto entry = copied_.rbegin(); entry != copied_.rend(); ++entry) {
+        const auto item = entry->path.empty() ? copy : copy.appending(entry->path);
+        const auto* path = item.path().c_str();
+        if (S_ISDIR(entry->stamp.mode))
+            uninterrupted([&] { return ::rmdir(path); }); // unless something is left in it
+        else if (entry->copy && stampOf(item) == entry->copy)
+            uninterrupted([&] { return ::unlink(path); });
+    }
 }
 
 } // namespace tessel

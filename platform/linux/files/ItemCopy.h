@@ -24,9 +24,9 @@ public:
     /// Copies, brings the copy to disk, and compares it with the item. Called once, and first.
     [[nodiscard]] std::optional<Error> make();
 
-    /// Of the item when its copying began, and of the copy.
+    /// Of the item when its copying began, and of the copy; none when that cannot be described.
     [[nodiscard]] const ItemStamp& source() const { return copied_.front().stamp; }
-    [[nodiscard]] std::optional<ItemStamp> stamp() const;
+    [[nodiscard]] const std::optional<ItemStamp>& stamp() const { return copied_.front().copy; }
 
     /// Whether an item, wherever it is now, is still the one that was copied, and unchanged with all that is in it.
     [[nodiscard]] bool isCopyOf(const URL& item) const;
@@ -34,11 +34,17 @@ public:
     /// Gives it its place, unless something is there (EEXIST).
     /// @returns false with errno set when it has no place
     [[nodiscard]] bool publish();
+    /// Gives the published copy what the source has been marked with since it was copied.
+    /// @param source where it is now, out of everybody's reach
+    void continueMarks(const URL& source) const;
+    /// Removes what was published, but for what has been changed since: that is left where it is.
+    void takeBack();
 
 private:
     struct Copied {
-        std::string path; ///< below the item; empty for itself
-        ItemStamp stamp;
+        std::string path;                             ///< below the item; empty for itself
+        ItemStamp stamp;                              ///< of the original
+        std::optional<ItemStamp> copy = std::nullopt; ///< of the copy, once it is whole
     };
 
     [[nodiscard]] std::optional<Error> makeFile();
@@ -47,6 +53,8 @@ private:
     [[nodiscard]] bool copyFolderContent();
     [[nodiscard]] bool finishFolders();
     [[nodiscard]] URL copyAt(const std::string& path) const;
+    void rememberCopies();
+    void removeUnchanged(const URL& copy) const;
 
     const URL from_;
     const URL to_;

@@ -36,9 +36,9 @@ public:
             return error;
         if (auto error = checkSource())
             return error;
-        const auto stamp = copy_.stamp();
+        const auto& stamp = copy_.stamp();
         if (!stamp)
-            return errnoError(errno, named_);
+            return errnoError(EIO, named_);
         const auto note =
             unfinished_.remember({{}, {}, {}, {}, UnfinishedChange::Copying{from_, copy_.source(), to_, *stamp}});
         if (!copy_.publish())
@@ -46,7 +46,7 @@ public:
         auto error =
             syncFolder(to_.deletingLastPathComponent()) ? removeSource() : std::optional(errnoError(errno, named_));
         if (error && !isSourceTouched_)
-            (void)removeTree(to_, Protection::Override, named_);
+            copy_.takeBack();
         return error;
     }
 
@@ -65,6 +65,7 @@ private:
             return source.error();
         if (!copy_.isCopyOf(source->location()))
             return errnoError(EBUSY, named_);
+        copy_.continueMarks(source->location());
         auto error = source.value().remove();
         isSourceTouched_ = error && !copy_.isCopyOf(from_);
         return error;

@@ -5,6 +5,7 @@
 namespace tessel {
 
 class UnfinishedWork;
+struct ItemStamp;
 
 /// The file manager on the kernel's own calls.
 class PosixFileManager final : public FileManager {
@@ -20,13 +21,14 @@ public:
     Result<URL> resolvingAliasFile(const URL&) const override;
     [[nodiscard]] std::optional<FileKind> kindOfItem(const std::string& path) const override;
     [[nodiscard]] std::optional<Error> createDirectory(const URL&, WithIntermediates) override;
-    [[nodiscard]] std::optional<Error> removeItem(const URL&) override;
+    [[nodiscard]] std::optional<Error> removeItem(const URL&, const std::optional<Date>& modified) override;
     [[nodiscard]] std::optional<Error> moveItem(const URL& from, const URL& to) override;
     void enumerateDeep(const URL& folder, const std::function<void(const URL&, const FileAttributes&)>& visit,
                        const std::function<OnEnumerationError(const URL&, const Error&)>& onError) const override;
 
 private:
     [[nodiscard]] std::optional<Error> createWithParents(const URL&);
+    [[nodiscard]] std::optional<Error> removeFileOfDate(const URL&, const ItemStamp&, const Date& modified);
     [[nodiscard]] std::optional<Error> removeFolder(const URL&);
     [[nodiscard]] std::optional<Error> moveToFreeName(const URL& from, const URL& to);
     [[nodiscard]] std::optional<Error> movePlaceholder(const URL& from, const URL& to);

@@ -1,5 +1,6 @@
 #include "platform/linux/base/ErrnoError.h"
 #include "platform/linux/cloud/PlaceholderChanges.h"
+#include "platform/linux/files/ItemStamp.h"
 #include "platform/linux/files/MoveBetweenFileSystems.h"
 #include "platform/linux/files/PosixFileManager.h"
 #include "platform/linux/files/RemoveTree.h"
@@ -62,6 +63,14 @@ bool dropShadowedPlaceholder(const URL& url)
     return unlinkItem(placeholderURL(url)) || errno == ENOENT;
 }
 
+Error otherDateError(const URL& url)
+{
+    auto error = errnoError(ECANCELED, url);
+    error.domain = Domain::General;
+    error.code = ErrorCode::kUserCancelled;
+    return error;
+}
+
 bool makeFolder(const URL& url)
 {
     return uninterrupted([&] { return ::mkdir(url.path().c_str(), 0777); }) == 0;
@@ -121,8 +130,12 @@ std::optional<Error> PosixFileManager::createWithParents(const URL& url)
     return error;
 }
 
-std::optional<Error> PosixFileManager::removeItem(const URL& url)
+std::optional<Error> PosixFileManager::removeItem(const URL& url, const std::optional<Date>& modified)
 {
+    unfinished_.clearUpAfterOthers();
+    if (modified)
+        if (const auto stamp = stampOf(url); stamp && S_ISREG(stamp->mode))
+            return removeFileOfDate(url, *stamp, *modified);
     const auto presence = presenceOf(url);
     const bool isRemoved = presence == Presence::Absent    ? unlinkItem(placeholderURL(url))
                            : presence == Presence::Present ? dropShadowedPlaceholder(url) && unlinkItem(url)
@@ -130,6 +143,21 @@ std::optional<Error> PosixFileManager::removeItem(const URL& url)
     if (isRemoved)
         return std::nullopt;
     return errno == EISDIR ? removeFolder(url) : errnoError(errno, url);
+}
+
+// What it is can be told for sure only when it is out of everybody's reach.
+std::optional<Error> PosixFileManager::removeFileOfDate(const URL& url, const ItemStamp& stamp, const Date& modified)
+{
+    if (stamp.modified != modified.nanoseconds)
+        return otherDateError(url);
+    if (!dropShadowedPlaceholder(url))
+        return errnoError(errno, url);
+    UnfinishedChange should;
+    should.stamp = stamp;
+    auto file = WithdrawnItem::withdraw(url, url, unfinished_, std::move(should));
+    if (!file)
+        return file.error();
+    return stampOf(file->location()) == stamp ? file.value().remove() : otherDateError(url);
 }
 
 // Out of sight in one step, so that nobody sees it half-removed, and so that a program that is killed has removed it.
@@ -147,6 +175,7 @@ std::optional<Error> PosixFileManager::removeFolder(const URL& url)
 
 std::optional<Error> PosixFileManager::moveItem(const URL& from, const URL& to)
 {
+    unfinished_.clearUpAfterOthers();
     auto error = isFree(placeholderURL(to)) ? moveToFreeName(from, to) : std::optional(errnoError(errno, from));
     if (error == Error{Domain::General, ErrorCode::kFileExists, {}, {}})
         error->userInformation[ErrorKey::kDestinationFilePath] = to.path();

@@ -3,7 +3,9 @@
 #include "platform/linux/files/CompareItems.h"
 #include "platform/linux/files/RemoveTree.h"
 #include "platform/linux/files/RenameWithoutReplacing.h"
+#include "platform/linux/files/TreeEnumeration.h"
 #include "platform/linux/files/Uninterrupted.h"
+#include "platform/linux/files/WithdrawnItem.h"
 #include "platform/linux/files/WriteAll.h"
 
 #include <fcntl.h>
@@ -19,6 +21,7 @@
 #include <map>
 #include <random>
 #include <string_view>
+#include <vector>
 
 namespace tessel {
 
@@ -144,14 +147,41 @@ bool clearUpHidden(const UnfinishedChange& change)
     return renameToFreeNameLike(*change.hidden, *change.place);
 }
 
-bool clearUpCopying(const UnfinishedChange::Copying& copying)
+bool isCopied(const UnfinishedChange::Copying& copying)
 {
     const auto source = stampOf(copying.from);
     const auto copy = stampOf(copying.to);
-    if (!source || !copy || !source->isSameItem(copying.source) || !copy->isSameItem(copying.copy) ||
-        !areEqualItems(copying.from, copying.to))
+    return source && copy && source->isSameItem(copying.source) && copy->isSameItem(copying.copy);
+}
+
+// Removes of an item what is the same in its copy. What somebody has changed of either since stays in both.
+void removeWhatIsCopied(const URL& item, const URL& copy)
+{
+    std::vector<std::string> paths = {{}}; // folders before what is in them
+    enumerateTree(
+        item, [&](const URL& url, const FileAttributes&) { paths.push_back(url.path().substr(item.path().size())); },
+        [](const URL&, const Error&) { return OnEnumerationError::Continue; });
+    for (auto path = paths.rbegin(); path != paths.rend(); ++path) {
+        const auto original = URL::file(item.path() + *path);
+        const auto* name = original.path().c_str();
+        if (uninterrupted([&] { return ::rmdir(name); }) != 0 && errno == ENOTDIR &&
+            areEqualItems(original, URL::file(copy.path() + *path)))
+            uninterrupted([&] { return ::unlink(name); });
+    }
+}
+
+// Out of everybody's reach, for others are at work.
+bool clearUpCopying(const UnfinishedChange::Copying& copying, const UnfinishedWork& unfinished)
+{
+    if (!isCopied(copying))
         return true;
-    return !removeTree(copying.from, Protection::Respect, copying.from);
+    UnfinishedChange should;
+    should.equalTo = copying.to;
+    auto source = WithdrawnItem::withdraw(copying.from, copying.from, unfinished, std::move(should));
+    if (!source)
+        return false;
+    removeWhatIsCopied(source->location(), copying.to);
+    return stampOf(source->location()) || !source.value().remove();
 }
 
 std::string contentOf(int descriptor)
@@ -169,7 +199,19 @@ bool isJustBegun(const fs::path& note)
     return !ignored && written > fs::file_time_type::clock::now() - kLongestBeginning;
 }
 
-void clearUpAfter(const fs::path& note)
+FileDescriptor newNote(const std::string& path, int flags)
+{
+    return FileDescriptor(uninterrupted([&] { return ::open(path.c_str(), O_RDWR | O_CLOEXEC | flags, 0600); }));
+}
+
+bool giveName(int file, const std::string& path)
+{
+    const auto self = "/proc/self/fd/" + std::to_string(file);
+    return uninterrupted([&] { return ::linkat(AT_FDCWD, self.c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW); }) ==
+           0;
+}
+
+void clearUpAfter(const fs::path& note, const UnfinishedWork& unfinished)
 {
     const FileDescriptor file(::open(note.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
     if (!file.isOpen() || ::flock(file.get(), LOCK_EX | LOCK_NB) != 0)
@@ -181,7 +223,7 @@ void clearUpAfter(const fs::path& note)
         return;
     }
     const auto change = changeIn(*fields);
-    if (clearUpHidden(change) && (!change.copying || clearUpCopying(*change.copying)))
+    if (clearUpHidden(change) && (!change.copying || clearUpCopying(*change.copying, unfinished)))
         ::unlink(note.c_str());
 }
 
@@ -192,25 +234,35 @@ URL hiddenNameBeside(const URL& item)
     return item.deletingLastPathComponent().appending(std::string(kHiddenPrefix) + randomName());
 }
 
+bool isOutOfSight(const URL& item)
+{
+    return item.path().find('/' + std::string(kHiddenPrefix)) != std::string::npos;
+}
+
 UnfinishedWork::Note::~Note()
 {
     if (!path_.empty())
         uninterrupted([&] { return ::unlink(path_.c_str()); });
 }
 
+// A note has its name once it is locked and written, so that a program that is killed leaves none that is empty. Only
+// where there are no files without a name it has one from the beginning.
 UnfinishedWork::Note UnfinishedWork::remember(const UnfinishedChange& change) const
 {
     Note note;
-    const auto path = folder_.appending(randomName()).path();
-    const auto make = [&] { return ::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600); };
-    note.file_ = FileDescriptor(uninterrupted(make));
+    auto path = folder_.appending(randomName()).path();
+    note.file_ = newNote(folder_.path(), O_TMPFILE);
     if (!note.file_.isOpen() && errno == ENOENT && ::mkdir(folder_.path().c_str(), 0700) == 0)
-        note.file_ = FileDescriptor(uninterrupted(make));
+        note.file_ = newNote(folder_.path(), O_TMPFILE);
+    const bool isNamed = !note.file_.isOpen();
+    if (isNamed)
+        note.file_ = newNote(path, O_CREAT | O_EXCL);
     if (!note.file_.isOpen())
         return note;
-    note.path_ = path;
     uninterrupted([&] { return ::flock(note.file_.get(), LOCK_EX); });
-    (void)writeAll(note.file_.get(), textOf(change));
+    const bool isWritten = writeAll(note.file_.get(), textOf(change));
+    if (isNamed || (isWritten && giveName(note.file_.get(), path)))
+        note.path_ = std::move(path);
     return note;
 }
 
@@ -219,7 +271,19 @@ void UnfinishedWork::clearUp() const
     std::error_code ended;
     for (fs::directory_iterator note(folder_.path(), ended); !ended && note != fs::directory_iterator();
          note.increment(ended))
-        clearUpAfter(note->path());
+        clearUpAfter(note->path(), *this);
+}
+
+void UnfinishedWork::clearUpAfterOthers() const
+{
+    const auto before = stampOf(folder_);
+    if (!before || before->modified == idleSince_)
+        return;
+    std::error_code unknown;
+    if (fs::is_empty(folder_.path(), unknown) && !unknown)
+        idleSince_ = before->modified;
+    else
+        clearUp();
 }
 
 } // namespace tessel

@@ -4,6 +4,8 @@
 #include "platform/linux/files/FileDescriptor.h"
 #include "platform/linux/files/ItemStamp.h"
 
+#include <atomic>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <utility>
@@ -12,6 +14,9 @@ namespace tessel {
 
 /// A name for an item that is being made or removed, in the folder of `item`: hidden, and never used twice.
 [[nodiscard]] URL hiddenNameBeside(const URL& item);
+
+/// Whether an item has such a name, or lies in one that has.
+[[nodiscard]] bool isOutOfSight(const URL& item);
 
 /// What is to be cleared up when a change is never finished.
 struct UnfinishedChange {
@@ -69,8 +74,13 @@ public:
     /// Clears up after programs that are gone. What cannot be cleared up is tried again at the next start.
     void clearUp() const;
 
+    /// The same when there is something, for a change that has been given its turn: the turn may be that of a program
+    /// which was killed in the middle of a change of the same items. Costs a call when nothing has begun since.
+    void clearUpAfterOthers() const;
+
 private:
     const URL folder_;
+    mutable std::atomic<std::int64_t> idleSince_ = -1; ///< when the folder changed last, if it is empty since
 };
 
 } // namespace tessel

@@ -3,6 +3,9 @@
 #include "platform/linux/base/ErrnoError.h"
 #include "platform/linux/files/RemoveTree.h"
 #include "platform/linux/files/RenameWithoutReplacing.h"
+#include "platform/linux/files/Uninterrupted.h"
+
+#include <unistd.h>
 
 #include <cerrno>
 
@@ -29,6 +32,10 @@ WithdrawnItem::~WithdrawnItem()
 
 std::optional<Error> WithdrawnItem::remove()
 {
+    if (uninterrupted([&] { return ::unlink(hidden_->path().c_str()); }) == 0) {
+        hidden_.reset();
+        return std::nullopt;
+    }
     // From here on there is no going back, whatever is left of it.
     note_ = unfinished_.remember({*hidden_, {}, {}, {}, {}});
     auto error = removeTree(*hidden_, Protection::Respect, named_);

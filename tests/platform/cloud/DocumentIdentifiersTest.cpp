@@ -1,5 +1,7 @@
 #include "app/common/TesselDriveApp_StrataAdditions.h"
 #include "platform/cloud/CloudService.h"
+#include "platform/files/FileCoordinator.h"
+#include "platform/files/FileManager.h"
 #include "platform/linux/LinuxPlatform.h"
 #include "platform/linux/cloud/Database.h"
 #include "platform/linux/cloud/DocumentMark.h"
@@ -113,6 +115,33 @@ TEST_F(DocumentIdentifiersTest, FollowADocumentWhereverItIsMoved)
     fs::remove(top("Plan.txt").path());
     EXPECT_EQ(find(identifier), std::nullopt);
     EXPECT_THAT(log->lines(), Contains(HasSubstr("resolving the document ID failed: 2 (No such file or directory)")));
+}
+
+// In the cloud it is another file, and renamed there one more. Whoever takes its old place is asked first.
+TEST_F(DocumentIdentifiersTest, StayWithADocumentThatThisProgramGivesOtherFiles)
+{
+    const auto plan = document("Plan.txt");
+    const auto identifier = tsd_DocumentID(plan);
+    auto& files = platform->services().files;
+    ASSERT_EQ(platform->services().cloud.evictDocument(plan), std::nullopt);
+    ASSERT_EQ(files.moveItem(plan, top("Moved.txt")), std::nullopt);
+    if (!readDocumentMark(placeholderURL(top("Moved.txt"))))
+        GTEST_SKIP() << "this file system keeps no attributes";
+    EXPECT_NE(tsd_DocumentID(document("Plan.txt", "another")), identifier);
+    EXPECT_EQ(tsd_DocumentID(top("Moved.txt")), identifier);
+
+    ASSERT_EQ(FileCoordinator().coordinateReading(top("Moved.txt"), ReadingOptions::None, [](const URL&) {}),
+              std::nullopt);
+    ASSERT_EQ(files.moveItem(top("Moved.txt"), top("Again.txt")), std::nullopt);
+    EXPECT_NE(tsd_DocumentID(document("Moved.txt", "another")), identifier);
+    EXPECT_EQ(find(identifier), top("Again.txt"));
+
+    document("Folder/Letter.txt"); // which takes the place of one that is gone
+    const auto letter = tsd_DocumentID(top("Folder/Letter.txt"));
+    ASSERT_EQ(platform->services().cloud.evictDocument(top("Folder/Letter.txt")), std::nullopt);
+    ASSERT_EQ(files.removeItem(plan, {}), std::nullopt);
+    ASSERT_EQ(files.moveItem(top("Folder/Letter.txt"), plan), std::nullopt);
+    EXPECT_EQ(tsd_DocumentID(plan), letter);
 }
 
 // Editors write a new file and rename it over the old one. Some keep the old one beside it, and some copy its

@@ -94,13 +94,13 @@ protected:
 TEST_F(DocumentStoreTest, DownloadsADocumentForWhoeverReadsItsContent)
 {
     makeInCloud(plan, "the content");
-    ASSERT_EQ(setExtendedAttribute(placeholderURL(plan), kTagAttribute, "Work"), std::nullopt);
     EXPECT_EQ(std::nullopt, FileCoordinator().coordinateReading(plan, ReadingOptions::ImmediatelyAvailableMetadataOnly,
                                                                 [&](const URL& url) { EXPECT_TRUE(isInCloud(url)); }));
     std::vector<std::uint64_t> progress;
     const auto content = readCoordinated(plan, [&](std::uint64_t done, std::uint64_t total) {
         EXPECT_EQ(total, 11);
         EXPECT_TRUE(isInCloud(plan)) << "until it is whole";
+        EXPECT_EQ(setExtendedAttribute(placeholderURL(plan), kTagAttribute, "Work"), std::nullopt) << "meanwhile";
         progress.push_back(done);
         return OnProgress::Continue;
     });

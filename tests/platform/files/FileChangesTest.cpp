@@ -1,3 +1,4 @@
+#include "platform/linux/base/ErrnoError.h"
 #include "platform/linux/cloud/Placeholder.h"
 #include "platform/linux/cloud/TagAttribute.h"
 #include "platform/linux/files/ExtendedAttributes.h"
@@ -15,12 +16,15 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <map>
 #include <optional>
+#include <vector>
 
 namespace tessel {
 namespace {
@@ -113,7 +117,7 @@ TEST_F(FileChangesTest, TakesAPlaceholderAwayWithItsDocument)
     for (const auto* name : {"Moved.txt", "Removed.txt"})
         makeInCloud(drive.file(name, "here"));
     EXPECT_EQ(files.moveItem(drive.url("Moved.txt"), drive.url("There.txt")), std::nullopt);
-    EXPECT_EQ(files.removeItem(drive.url("Removed.txt")), std::nullopt);
+    EXPECT_EQ(files.removeItem(drive.url("Removed.txt"), {}), std::nullopt);
     EXPECT_THAT(contentOf(drive.url()), ElementsAre(Pair("There.txt", "here")));
 }
 
@@ -130,10 +134,10 @@ TEST_F(FileChangesTest, RenamesADocumentInTheCloudAsOften)
 TEST_F(FileChangesTest, RemovesLinksAndNotWhatTheyLeadTo)
 {
     drive.tree("Projects/ Projects/Plan.txt Old/ Old/link->../Projects link->Projects");
-    EXPECT_EQ(files.removeItem(drive.url("link")), std::nullopt);
-    EXPECT_EQ(files.removeItem(drive.url("Old")), std::nullopt);
+    EXPECT_EQ(files.removeItem(drive.url("link"), {}), std::nullopt);
+    EXPECT_EQ(files.removeItem(drive.url("Old"), {}), std::nullopt);
     EXPECT_THAT(contentOf(drive.url()), UnorderedElementsAre(Key("Projects"), Key("Projects/Plan.txt")));
-    EXPECT_EQ(files.removeItem(drive.url("Gone"))->code, ErrorCode::kNoSuchFile);
+    EXPECT_EQ(files.removeItem(drive.url("Gone"), {})->code, ErrorCode::kNoSuchFile);
 }
 
 TEST_F(FileChangesTest, RefusesToMoveAFolderIntoItself)
@@ -247,11 +251,21 @@ const Change kChanges[] = {
          return files.createDirectory(drive.appending("New/Folder/In"), WithIntermediates::Yes);
      }},
     {"RemoveFile", "Plan.txt",
-     [](FileManager& files, const URL& drive, const URL&) { return files.removeItem(drive.appending("Plan.txt")); }},
+     [](FileManager& files, const URL& drive, const URL&) {
+         return files.removeItem(drive.appending("Plan.txt"), {});
+     }},
+    {"RemoveFileOfDate", "Plan.txt",
+     [](FileManager& files, const URL& drive, const URL&) {
+         const auto plan = drive.appending("Plan.txt");
+         const auto stamp = stampOf(plan);
+         return stamp ? files.removeItem(plan, Date{stamp->modified}) : errnoError(errno, plan);
+     }},
     {"RemoveFolder", "Projects",
-     [](FileManager& files, const URL& drive, const URL&) { return files.removeItem(drive.appending("Projects")); }},
+     [](FileManager& files, const URL& drive, const URL&) {
+         return files.removeItem(drive.appending("Projects"), {});
+     }},
     {"RemoveInCloud", "Far.txt",
-     [](FileManager& files, const URL& drive, const URL&) { return files.removeItem(drive.appending("Far.txt")); }},
+     [](FileManager& files, const URL& drive, const URL&) { return files.removeItem(drive.appending("Far.txt"), {}); }},
     {"RenameFile", "Plan.txt",
      [](FileManager& files, const URL& drive, const URL&) {
          return files.moveItem(drive.appending("Plan.txt"), drive.appending("Other/Plan 2.txt"));
@@ -348,6 +362,77 @@ TEST_P(FailingChangesTest, AreMadeOrNotMadeByAProgramThatIsKilled)
         wasReached = !other.finish();
         unfinished.clearUp();
         EXPECT_THAT(state(), AnyOf(before, after)) << "at call " << n;
+    }
+}
+
+// An editor, who asks nobody, saves at any moment by putting a new file in the place of the old one. What it saved is
+// never removed.
+class EditedMeanwhileTest : public FileChangesTest {
+protected:
+    void SetUp() override
+    {
+        if (!canMakeCallsFail())
+            GTEST_SKIP() << "no system call filters here";
+    }
+
+    static void save(const URL& document, const char* content)
+    {
+        const auto hidden = document.path() + ".new";
+        std::ofstream(hidden) << content;
+        fs::rename(hidden, document.path());
+    }
+
+    [[nodiscard]] static std::vector<std::string> contents(const URL& folder)
+    {
+        std::vector<std::string> found;
+        for (const auto& [name, content] : contentOf(folder))
+            found.push_back(content);
+        return found;
+    }
+};
+
+TEST_F(EditedMeanwhileTest, KeepsADocumentThatIsToBeRemoved)
+{
+    const auto plan = drive.url("Plan.txt");
+    bool wasReached = true;
+    for (int n = 1; wasReached && !HasFailure(); ++n) {
+        drive.file("Plan.txt", "old");
+        fs::last_write_time(plan.path(), fs::file_time_type::clock::now() - std::chrono::hours(1));
+        const auto old = stampOf(plan);
+        wasReached = runInterrupted(
+            n, [&] { save(plan, "saved"); }, [&] { (void)files.removeItem(plan, Date{old->modified}); });
+        EXPECT_EQ(contents(drive.url()), wasReached ? std::vector<std::string>{"saved"} : std::vector<std::string>{})
+            << "at call " << n;
+        fs::remove(plan.path());
+    }
+}
+
+// Both the old place and the new one, where the editor may have found it by then.
+TEST_F(EditedMeanwhileTest, KeepsBothDocumentsWhenOneMovesToAnotherFileSystem)
+{
+    const OtherFileSystem other;
+    if (!other.url)
+        GTEST_SKIP() << "no other file system here";
+    const auto plan = drive.url("Plan.txt");
+    const auto moved = other.url->appending("Plan.txt");
+    bool wasReached = true;
+    for (int n = 1; wasReached && !HasFailure(); ++n) {
+        drive.file("Plan.txt", "old");
+        bool isSavedThere = false;
+        const auto edit = [&] {
+            save(plan, "saved here");
+            isSavedThere = fs::exists(moved.path());
+            if (isSavedThere)
+                save(moved, "saved there");
+        };
+        wasReached = runInterrupted(n, edit, [&] { (void)files.moveItem(plan, moved); });
+        auto found = contents(drive.url());
+        for (auto& content : contents(*other.url))
+            found.push_back(std::move(content));
+        EXPECT_EQ(std::ranges::count(found, wasReached ? "saved here" : "old"), 1) << "at call " << n;
+        EXPECT_EQ(std::ranges::count(found, "saved there"), isSavedThere) << "at call " << n;
+        fs::remove(plan.path());
+        fs::remove(moved.path());
     }
 }
 

@@ -136,7 +136,7 @@ protected:
     {
         return FileCoordinator().coordinateWriting(url, WritingOptions::ForDeleting, [&](const URL& item) {
             course.add("removing");
-            check(platform::installed().files.removeItem(item));
+            check(platform::installed().files.removeItem(item, {}));
         });
     }
 
@@ -215,7 +215,7 @@ TEST_F(FilePresenterTest, IsToldByOtherProcesses)
         move(plan, drive.url("Report.txt"));
         check(FileCoordinator().coordinateWriting(
             drive.url("Report.txt"), WritingOptions::ForDeleting,
-            [&](const URL& url) { check(platform::installed().files.removeItem(url)); }));
+            [&](const URL& url) { check(platform::installed().files.removeItem(url, {})); }));
     });
     const auto presenter = present(plan);
     other.meet();
