@@ -1,11 +1,16 @@
 # Every task of the project, one command each.
-.PHONY: run test lint bench sanitize packages release dev
+.PHONY: run test stress lint bench sanitize packages release dev
 
 run: release
 	build/release/tesseldrive --home build/example
 
 test: dev
 	ctest --test-dir build/dev --output-on-failure --no-tests=error --parallel 2
+
+stress: packages
+	cmake --preset dev
+	cmake --build build/dev --target tests_stress
+	build/dev/tests/tests_stress --minutes $(or $(MINUTES),10) --seed $(or $(SEED),100)
 
 lint: packages
 	scripts/lint
