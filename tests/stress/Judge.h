@@ -28,7 +28,8 @@ struct Verdict {
 ///
 ///   - unless somebody deleted it who had seen it, and was told that it is deleted: then it is in none;
 ///   - unless content took its place that was made from it: then it is in none;
-///   - unless an editor displaced one of the two that there are while it is moved to another file system, in a move that
+///   - unless an editor displaced one of the two that there are while it is moved to another file system, in a move
+///   that
 ///     was not made in the end: then it may be in one;
 ///   - while it may be in one place or none when its writer or deleter was killed at it, or when an editor, who asks
 ///     nobody, put it into a folder while that was being deleted;
