@@ -159,7 +159,8 @@ std::vector<Actor::Item> Actor::itemsIn(const URL& folder)
 std::optional<std::string> Actor::identifierAt(const URL& document)
 {
     auto reading = readDocument(document, stage_.store());
-    if (reading.isThere && !reading.identifier)
+    // What is hidden is in the making.
+    if (reading.isThere && !reading.identifier && !isHidden(document.path()))
         pen_.fact({"torn", document.path()});
     return reading.identifier;
 }

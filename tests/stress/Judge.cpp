@@ -15,8 +15,7 @@ struct Content {
     Certainty isWritten = Certainty::Maybe;
     Certainty isGone = Certainty::No;
     bool isSuperseded = false;
-    std::string displacedAt; ///< the path at which it was superseded
-    bool isShadowed = false; ///< by a file of a program that sees nothing of the cloud; it is in the store at least
+    std::string displacedAt;                                         ///< the path at which it was superseded
     std::size_t goneSince = std::numeric_limits<std::size_t>::max(); ///< a line; before it, it was there
     std::string base;                                                ///< empty for a new document
     std::string displaced;                                           ///< what it took the place of
@@ -133,7 +132,6 @@ private:
             contents_[line.words.at(1)].displacedAt =
                 operation.words.size() > 1 ? operation.words.at(1) : std::string();
         } else if (what == "shadowed") {
-            contents_[line.words.at(1)].isShadowed = true;
             contents_[line.words.at(1)].goneSince = place;
         } else if (what == "torn") {
             find("torn", line.words.at(1) + " when it was read");
@@ -217,7 +215,7 @@ private:
         else if (count == 1 && content.isWritten == Certainty::No)
             find("returned", identifier + ", never written, is at " + pathsOf(found->second));
         else if (count == 0 && content.isWritten == Certainty::Yes && !isGone && content.isGone == Certainty::No &&
-                 !isInStoreAlone(identifier, content))
+                 !isInStoreAlone(identifier))
             find("lost", identifier + " is nowhere");
     }
 
@@ -245,9 +243,9 @@ private:
         return next == operations_.end() || next->second.first == 0 ? lines_.size() : next->second.first;
     }
 
-    bool isInStoreAlone(const std::string& identifier, const Content& content)
+    bool isInStoreAlone(const std::string& identifier)
     {
-        const bool isInStore = content.isShadowed && survey_.stored.contains(identifier);
+        const bool isInStore = survey_.stored.contains(identifier);
         verdict_.inStoreAlone += isInStore ? 1 : 0;
         return isInStore;
     }
@@ -283,6 +281,7 @@ private:
             find("torn", text);
         for (const auto& path : survey_.leftovers)
             find("left over", path);
+        verdict_.emptyFolders = survey_.emptyFolders;
     }
 
     void find(const std::string& kind, const std::string& text) { verdict_.findings[kind].push_back(text); }

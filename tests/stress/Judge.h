@@ -19,6 +19,7 @@ struct Verdict {
     std::size_t undecided = 0; ///< in the hands of a process when it was killed, or deleted with a folder while an
                                ///< editor put it there: there or not, and both is right
 
+    std::size_t emptyFolders = 0; ///< hidden ones: a folder that was being removed was renamed, and then the power went
     std::size_t inStoreAlone = 0; ///< behind a file that an editor put in the place of a document in the cloud
 
     [[nodiscard]] bool isSound() const { return findings.empty(); }
@@ -33,8 +34,7 @@ struct Verdict {
 ///     was not made in the end: then it may be in one;
 ///   - while it may be in one place or none when its writer or deleter was killed at it, or when an editor, who asks
 ///     nobody, put it into a folder while that was being deleted;
-///   - unless an editor, who sees nothing of the cloud, put a file where it was in the cloud only: then it is in the
-///     store at least.
+///   - unless it is in the store, which an editor, who sees nothing of the cloud, can hide by a file of its own.
 ///
 /// A content whose writer was told that it was not written is in none. No document was given an identifier that another
 /// one had been given whose file, as it was then, was still there.

@@ -35,9 +35,17 @@ private:
         if (isPlaceholderName(name))
             lookAtPlaceholder(url);
         else if (name.starts_with('.') && url != stage_.places()[Stage::kTrash])
-            survey_.leftovers.push_back(url.path());
+            addLeftover(url, entry);
         else if (!entry.is_directory())
             add(url, readContent(url));
+    }
+
+    void addLeftover(const URL& url, const fs::directory_entry& entry)
+    {
+        if (entry.is_directory() && fs::is_empty(entry.path()))
+            ++survey_.emptyFolders;
+        else
+            survey_.leftovers.push_back(url.path());
     }
 
     void lookAtPlaceholder(const URL& placeholder)

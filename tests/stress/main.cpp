@@ -67,7 +67,7 @@ void printResult(const RunResult& result)
               << " contents: " << verdict.found << " found (" << result.survey.inCloudOnly << " in the cloud only, "
               << result.survey.inTrash << " in the trash), " << verdict.deleted << " deleted, " << verdict.superseded
               << " superseded, " << verdict.undecided << " in the hands of the killed, " << verdict.inStoreAlone
-              << " in the store alone\n";
+              << " in the store alone; " << verdict.emptyFolders << " empty hidden folders left\n";
     for (const auto& [kind, texts] : verdict.findings)
         for (const auto& text : texts)
             std::cout << "  " << kind << ": " << text << '\n';
