@@ -50,6 +50,7 @@ struct LinuxPlatform::Parts {
         if (!opened)
             return opened.error();
         cloud = std::move(opened.value());
+        files.beforeMove = [this](const URL& url) { cloud->documentIdentifiers().recognizeBeforeMove(url); };
         storage.emplace(*cloud, cloud->documentIdentifiers());
         resources.emplace(files, types, cloud->documentIdentifiers());
         folders.emplace(FolderServices{mainQueue, log, text, types, files, *cloud});

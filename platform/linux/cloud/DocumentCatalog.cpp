@@ -73,6 +73,28 @@ DocumentCatalog::Found DocumentCatalog::atPath(const std::string& drive, const s
     return only(query.bindBytes(path).bindBytes(drive));
 }
 
+Result<std::vector<CatalogedDocument>> DocumentCatalog::atPathOrBelow(const std::string& drive, const std::string& path)
+{
+    const std::lock_guard lock(mutex_);
+    if (auto error = open())
+        return *std::move(error);
+    auto query = database_->prepare(std::string(kColumns) + "(path = ? OR (path > ? AND path < ?)) AND drive = ?");
+    const auto first = path + '/';
+    const auto end = path + char('/' + 1);
+    query.bindBytes(path).bindBytes(first).bindBytes(end).bindBytes(drive);
+    std::vector<CatalogedDocument> documents;
+    for (;;)
+        switch (query.step()) {
+        case Statement::Step::Row:
+            documents.push_back(documentIn(query));
+            break;
+        case Statement::Step::Done:
+            return documents;
+        case Statement::Step::Failed:
+            return database_->lastError();
+        }
+}
+
 DocumentCatalog::Found DocumentCatalog::only(Statement& query)
 {
     const auto result = query.step();

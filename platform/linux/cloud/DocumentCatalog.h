@@ -37,6 +37,8 @@ public:
     Found withFile(const FileIdentity&);
     /// The one that was stored last for a path; others may have been there before it.
     Found atPath(const std::string& drive, const std::string& path);
+    /// All that were stored for a path, or for one below it.
+    Result<std::vector<CatalogedDocument>> atPathOrBelow(const std::string& drive, const std::string& path);
 
     /// Stores a document that has an identifier, or adds it with a new one that no document here ever had.
     /// @param changeCount as it was before what led to this was read

@@ -173,6 +173,19 @@ Result<std::optional<DocumentIdentifiers::Location>> DocumentIdentifiers::locate
     return moved;
 }
 
+void DocumentIdentifiers::recognizeBeforeMove(const URL& url)
+{
+    const auto path = places_.pathInRoot(url);
+    if (!path)
+        return;
+    const auto documents = catalog_.atPathOrBelow(drive_, *path);
+    if (!documents)
+        return;
+    for (const auto& document : *documents)
+        if (const auto item = itemOf(document); item && item->identity != document.file)
+            static_cast<void>(identifierOf(item->url));
+}
+
 // Asked for its identifier, a file that replaced the document's takes it over.
 bool DocumentIdentifiers::identifierIs(std::uint32_t identifier, const URL& url)
 {

@@ -54,6 +54,10 @@ public:
     /// has the identifier.
     Result<std::optional<Location>> locate(std::uint32_t identifier);
 
+    /// Has the documents at a place, and below it, take over the files that they were saved to since: only there can
+    /// these be known. Nobody need call it who leaves them where they are.
+    void recognizeBeforeMove(const URL&);
+
 private:
     struct Item;
     enum class Whereabouts { InItsPlace, Moved, OtherFile };

@@ -26,6 +26,9 @@ public:
     void enumerateDeep(const URL& folder, const std::function<void(const URL&, const FileAttributes&)>& visit,
                        const std::function<OnEnumerationError(const URL&, const Error&)>& onError) const override;
 
+    /// Told of each item before it moves, on the thread that moves it. Set before there are others.
+    std::function<void(const URL&)> beforeMove;
+
 private:
     [[nodiscard]] std::optional<Error> createWithParents(const URL&);
     [[nodiscard]] std::optional<Error> removeFileOfDate(const URL&, const ItemStamp&, const Date& modified);

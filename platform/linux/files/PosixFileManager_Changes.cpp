@@ -189,6 +189,8 @@ std::optional<Error> PosixFileManager::moveToFreeName(const URL& from, const URL
         return movePlaceholder(from, to);
     if (presence == Presence::Unknown || !dropShadowedPlaceholder(from))
         return errnoError(errno, from);
+    if (beforeMove)
+        beforeMove(from);
     return moveEntry(from, to, from);
 }
 

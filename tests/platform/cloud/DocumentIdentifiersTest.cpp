@@ -165,6 +165,22 @@ TEST_F(DocumentIdentifiersTest, StayWithADocumentThatIsSavedByReplacingItsFile)
     EXPECT_EQ(tsd_DocumentID(plan), identifier);
 }
 
+TEST_F(DocumentIdentifiersTest, StayWithADocumentThatIsSavedByAnotherProgramAndThenMovedByThisOne)
+{
+    auto& files = platform->services().files;
+    const auto plan = document("Plans/Plan.txt");
+    const auto identifier = tsd_DocumentID(plan);
+    rename(document("Plans/Plan.txt.new"), plan);
+    ASSERT_EQ(files.moveItem(plan, top("Plans/Moved.txt")), std::nullopt);
+    EXPECT_NE(tsd_DocumentID(document("Plans/Plan.txt", "another")), identifier);
+    EXPECT_EQ(find(identifier), top("Plans/Moved.txt"));
+
+    rename(document("Plans/Moved.txt.new"), top("Plans/Moved.txt"));
+    ASSERT_EQ(files.moveItem(top("Plans"), top("Old")), std::nullopt);
+    EXPECT_NE(tsd_DocumentID(document("Plans/Moved.txt", "a third")), identifier);
+    EXPECT_EQ(find(identifier), top("Old/Moved.txt"));
+}
+
 TEST_F(DocumentIdentifiersTest, NeverPassToACopy)
 {
     const auto plan = document("Plan.txt");
