@@ -104,7 +104,10 @@ LinuxPlatform::LinuxPlatform(std::unique_ptr<Parts> parts) : parts_(std::move(pa
 {
 }
 
-LinuxPlatform::~LinuxPlatform() = default;
+LinuxPlatform::~LinuxPlatform()
+{
+    parts_->mainQueue.drop(); // tasks hold controllers, and these folders that are open
+}
 
 platform::Services LinuxPlatform::services()
 {

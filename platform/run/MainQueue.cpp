@@ -52,6 +52,18 @@ std::optional<Clock::Ticks> MainQueue::nextDue() const
     return delayed_.empty() ? std::nullopt : std::optional(delayed_.begin()->first);
 }
 
+void MainQueue::drop()
+{
+    for (bool isEmpty = false; !isEmpty;) { // what goes may add tasks
+        decltype(ready_) ready;
+        decltype(delayed_) delayed;
+        const std::unique_lock lock(mutex_);
+        std::swap(ready, ready_);
+        std::swap(delayed, delayed_);
+        isEmpty = ready.empty() && delayed.empty();
+    }
+}
+
 std::optional<Task> MainQueue::takeReady()
 {
     const std::lock_guard lock(mutex_);

@@ -54,6 +54,9 @@ public:
     /// When the next delayed task falls due, by the clock's uptime. A cancelled one still counts.
     [[nodiscard]] std::optional<Clock::Ticks> nextDue() const;
 
+    /// Lets go of all tasks that have not run, and of what they hold, while all that they may need is still there.
+    void drop();
+
     /// Called, from any thread, when a task was added: the shell's chance to wake its loop. Set before other threads
     /// run.
     void setWakeHandler(std::function<void()> handler) { wake_ = std::move(handler); }

@@ -78,6 +78,20 @@ TEST_F(MainQueueTest, NeverRunsACancelledTask)
     EXPECT_EQ(held.use_count(), 1);
 }
 
+TEST_F(MainQueueTest, LetsGoOfWhatTasksHoldThatNeverRan)
+{
+    const auto held = std::make_shared<int>(0);
+    // What goes with a task may add another one.
+    auto adding = std::shared_ptr<void>(nullptr, [&](void*) { queue.async([held] { ++*held; }); });
+    queue.async([held, adding] { ++*held; });
+    queue.after(5, [held] { ++*held; });
+    adding.reset();
+    queue.drop();
+    EXPECT_EQ(held.use_count(), 1);
+    EXPECT_FALSE(queue.runReady());
+    EXPECT_EQ(*held, 0);
+}
+
 TEST_F(MainQueueTest, TakesTasksFromManyThreadsAndWakesItsLoop)
 {
     constexpr int kThreads = 4;
