@@ -53,6 +53,8 @@ Program::Program(const std::vector<std::string>& arguments, std::optional<uid_t>
     auto environment = moreEnvironment;
     environment.insert(environment.end(), {"HOME=/nonexistent", "XDG_CONFIG_DIRS=/nonexistent",
                                            "XDG_DATA_DIRS=/nonexistent", "LC_ALL=C.UTF-8", "TZ=UTC"});
+    if (const auto* leaks = std::getenv("LSAN_OPTIONS"))
+        environment.push_back("LSAN_OPTIONS=" + std::string(leaks));
     const auto argumentPointers = pointers(words);
     const auto environmentPointers = pointers(environment);
     const auto input = makePipe();

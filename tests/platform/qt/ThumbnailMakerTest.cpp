@@ -7,13 +7,6 @@
 #include <QBuffer>
 #include <QImage>
 
-// Qt 6.4 never frees what it allocated for a PDF document that it cannot open; asked by the leak sanitizer.
-extern "C" const char* __lsan_default_suppressions();
-extern "C" const char* __lsan_default_suppressions()
-{
-    return "leak:libQt6Pdf";
-}
-
 namespace tessel::qt {
 namespace {
 
