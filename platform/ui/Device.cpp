@@ -1,5 +1,7 @@
 #include "platform/ui/Device.h"
 
+#include "platform/base/NotificationCenter.h"
+#include "platform/base/Platform.h"
 #include "platform/ui/TextField.h"
 #include "platform/ui/Window.h"
 
@@ -46,6 +48,20 @@ SizeClass Device::verticalSizeClass() const
 void Device::setTextMeasurer(const TextMeasurer* measurer)
 {
     measurer_ = measurer ? measurer : &fixedMeasurer_;
+}
+
+void Device::keyboardWillShow(const KeyboardMotion& motion)
+{
+    keyboard_ = motion;
+    platform::installed().notifications.post(kKeyboardWillShowNotification);
+}
+
+/// Nobody is to take the keyboard that goes for one that is there.
+void Device::keyboardWillHide(const KeyboardMotion& motion)
+{
+    keyboard_ = motion;
+    platform::installed().notifications.post(kKeyboardWillHideNotification);
+    keyboard_ = {};
 }
 
 void Device::tellScreenChanged() const

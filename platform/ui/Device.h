@@ -1,10 +1,13 @@
 #pragma once
 
+#include "platform/ui/Animation.h"
 #include "platform/ui/Geometry.h"
+#include "platform/ui/Keyboard.h"
 #include "platform/ui/TextMeasurer.h"
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace tessel {
 
@@ -48,6 +51,15 @@ public:
     /// The field that has the keyboard, or null.
     [[nodiscard]] std::shared_ptr<TextField> firstResponder() const { return firstResponder_.lock(); }
 
+    /// What the on-screen keyboard does, as it was told last.
+    [[nodiscard]] const KeyboardMotion& keyboard() const { return keyboard_; }
+    /// The shell's: tells those who look for the keyboard.
+    void keyboardWillShow(const KeyboardMotion&);
+    void keyboardWillHide(const KeyboardMotion&);
+
+    /// How the changes that are being made now are to be seen; none: at once.
+    std::optional<Animation> animation;
+
     /// Told after a change of which controllers are on screen, of what their bars hold, or of the layout's need: the
     /// shell looks at all of them again in its next turn.
     std::function<void()> screenChanged;
@@ -63,6 +75,7 @@ private:
     const TextMeasurer* measurer_ = &fixedMeasurer_;
     FixedTextMeasurer fixedMeasurer_;
     std::weak_ptr<TextField> firstResponder_;
+    KeyboardMotion keyboard_;
     std::weak_ptr<Window> keyWindow_;
 };
 

@@ -3,6 +3,7 @@
 #include "platform/base/NotificationCenter.h"
 #include "platform/base/Platform.h"
 #include "platform/ui/Device.h"
+#include "platform/ui/ScrollView.h"
 
 #include <algorithm>
 #include <string_view>
@@ -113,6 +114,8 @@ bool TextField::becomeFirstResponder()
     editing_ = true;
     device.firstResponder_ = self;
     tellChanged(ViewChange::Properties);
+    if (!listener || listener->_textFieldShouldScrollToVisibleWhenBecomingFirstResponder(*this))
+        scrollToVisible();
     platform::installed().notifications.post(kKeyboardWillShowNotification);
     if (const auto witness = delegate.lock(); witness && editing_)
         witness->textFieldDidBeginEditing(*this);
@@ -158,7 +161,7 @@ bool TextField::setTextByUser(const std::string& text)
 void TextField::pressReturn()
 {
     const auto self = this->self();
-    if (!returnKeyEnabled_)
+    if (!returnKeyEnabled())
         return;
     const auto listener = delegate.lock();
     if (listener && listener->textFieldShouldChangeCharacters(*this, selection_.location, selection_.length, "\n"))
@@ -173,6 +176,13 @@ Size TextField::intrinsicContentSize() const
 std::shared_ptr<TextField> TextField::self()
 {
     return std::static_pointer_cast<TextField>(shared_from_this());
+}
+
+void TextField::scrollToVisible() const
+{
+    for (auto view = superview(); view; view = view->superview())
+        if (const auto scroll = std::dynamic_pointer_cast<ScrollView>(view))
+            return scroll->scrollRectToVisible(frameIn(*scroll));
 }
 
 /// A shell that shows the text already is told also when nothing has changed here, so that it shows what is here.

@@ -2,6 +2,7 @@
 
 #include "platform/ui/Control.h"
 #include "platform/ui/Font.h"
+#include "platform/ui/Keyboard.h"
 #include "platform/ui/Label.h"
 
 #include <cstddef>
@@ -11,9 +12,6 @@
 namespace tessel {
 
 class TextField;
-
-/// Posted on the main thread when a field gets the keyboard.
-inline constexpr const char* kKeyboardWillShowNotification = "KeyboardWillShow";
 
 class TextFieldDelegate {
 public:
@@ -32,6 +30,8 @@ public:
     /// The return key was pressed, and the change of characters to a line break was let. What is answered means
     /// nothing: the field does nothing by itself.
     virtual bool textFieldShouldReturn(TextField&) { return true; }
+    /// Whether a scroll view that the field lies in brings it into sight when it gets the keyboard.
+    virtual bool _textFieldShouldScrollToVisibleWhenBecomingFirstResponder(TextField&) { return true; }
 };
 
 /// Characters of a text: Unicode code points, from 0.
@@ -56,7 +56,9 @@ public:
     bool showsClearButtonWhileEditing = false;
     ReturnKey returnKey = ReturnKey::Default;
     Capitals capitals = Capitals::None;
-    bool corrects = true; ///< automatic correction, where the keyboard has it
+    bool corrects = true;            ///< automatic correction, where the keyboard has it
+    bool needsTextForReturn = false; ///< the return key is disabled while there is none
+    bool hasGround = true;           ///< else it looks like a label while nobody edits it
 
     [[nodiscard]] const std::string& text() const { return text_; }
     /// Also puts the caret behind the text.
@@ -73,7 +75,7 @@ public:
     void setSelection(const TextRange&);
 
     /// Whether the return key of the on-screen keyboard can be pressed while this field has it.
-    [[nodiscard]] bool returnKeyEnabled() const { return returnKeyEnabled_; }
+    [[nodiscard]] bool returnKeyEnabled() const { return returnKeyEnabled_ && (!needsTextForReturn || !text_.empty()); }
     void setReturnKeyEnabled(bool enabled) { assign(returnKeyEnabled_, enabled); }
 
     [[nodiscard]] bool isFirstResponder() const { return editing_; }
@@ -97,6 +99,7 @@ public:
 
 private:
     [[nodiscard]] std::shared_ptr<TextField> self();
+    void scrollToVisible() const;
     bool replace(TextRange, const std::string&);
 
     std::string text_;

@@ -1,6 +1,7 @@
 #include "platform/ui/View.h"
 
 #include "platform/base/Platform.h"
+#include "platform/ui/Animation.h"
 #include "platform/ui/Device.h"
 #include "platform/ui/layout/ViewLayout.h"
 
@@ -72,6 +73,16 @@ void View::setFrame(const Rect& frame)
         setNeedsLayout();
 }
 
+Rect View::frameIn(const View& other) const
+{
+    auto frame = frame_;
+    for (const auto* view = superview_; view && view != &other; view = view->superview_) {
+        frame.x += view->frame_.x;
+        frame.y += view->frame_.y;
+    }
+    return frame;
+}
+
 Size View::sizeThatFits(const Size&) const
 {
     const auto content = intrinsicContentSize();
@@ -117,6 +128,27 @@ void View::setBorder(const Border& border)
 void View::setAccessibilityLabel(std::string label)
 {
     assign(accessibilityLabel_, std::move(label));
+}
+
+void View::tap()
+{
+    const auto self = shared_from_this();
+    const auto* view = this;
+    while (view && !view->tapped)
+        view = view->superview_;
+    if (view)
+        std::function(view->tapped)();
+}
+
+void View::animate(const Animation& animation, const std::function<void()>& changes)
+{
+    const auto self = shared_from_this();
+    auto& current = platform::installed().device.animation;
+    const auto outer = std::exchange(current, animation);
+    changes();
+    if (animation.options & Animation::kLayoutSubviews)
+        layoutIfNeeded();
+    current = outer;
 }
 
 void View::invalidateIntrinsicContentSize()

@@ -11,6 +11,7 @@
 namespace tessel {
 
 class Canvas;
+struct Animation;
 struct ViewLayout;
 
 /// What a shell must look at again.
@@ -52,9 +53,13 @@ public:
     /// Another size also has the subviews laid out again.
     void setFrame(const Rect&);
     [[nodiscard]] Rect bounds() const { return {0, 0, frame_.width, frame_.height}; }
+    /// The frame in the coordinates of a view that it lies in at any depth; in a scroll view those of its content.
+    [[nodiscard]] Rect frameIn(const View&) const;
 
     /// The size that the content takes by itself; a component below 0 means that there is none.
     [[nodiscard]] virtual Size intrinsicContentSize() const { return {-1, -1}; }
+    /// The content has another size of its own: all that it lies in may have to lay out anew.
+    void invalidateIntrinsicContentSize();
     /// The size that fits the content into a width and height.
     [[nodiscard]] virtual Size sizeThatFits(const Size& available) const;
     /// Takes the size that fits, keeping the origin.
@@ -117,6 +122,14 @@ public:
     /// Has the view drawn anew.
     void setNeedsDisplay() { tellChanged(ViewChange::Drawing); }
 
+    /// What a tap on the view means, or on one in it that takes no touches itself; empty: the view takes none.
+    std::function<void()> tapped;
+    /// Taps the view, as the user does: the closest view that takes taps, of this one and those that it lies in.
+    void tap();
+
+    /// Makes changes that are to be seen going on, as Device::animation says meanwhile.
+    void animate(const Animation&, const std::function<void()>& changes);
+
     /// Told after each change, by the shell's wish; it must not change the view.
     std::function<void(ViewChange)> changed;
 
@@ -126,8 +139,6 @@ protected:
     /// Places the subviews in `bounds` that constraints do not place.
     virtual void layoutSubviews() {}
     virtual void willRemoveSubview(const View&) {}
-    /// The content has another size of its own: all that it lies in may have to lay out anew.
-    void invalidateIntrinsicContentSize();
     void tellChanged(ViewChange) const;
     /// Sets a property of a subclass and tells of it, if it is another value.
     template <typename T>

@@ -53,7 +53,10 @@ void ViewController::addChild(const std::shared_ptr<ViewController>& child)
 void ViewController::layoutView(const Rect& frame)
 {
     const auto self = shared_from_this();
-    view().setFrame(frame);
+    const auto before = view().bounds();
+    if ((before.width > 0 || before.height > 0) && (before.width != frame.width || before.height != frame.height))
+        viewWillTransitionToSize({frame.width, frame.height});
+    view_->setFrame(frame);
     view_->layoutIfNeeded();
 }
 

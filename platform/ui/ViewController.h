@@ -73,7 +73,8 @@ public:
     /// Adopts the controller and puts its view into this one's.
     void addChild(const std::shared_ptr<ViewController>&);
 
-    /// The shell calls this before it shows the view in a size: lays out the view and what is below it.
+    /// The shell calls this before it shows the view in a size: lays out the view and what is below it. Another size
+    /// than the one before is told first.
     void layoutView(const Rect& frame);
 
     /// State restoration; an override calls its base first.
@@ -91,6 +92,8 @@ protected:
     virtual void viewDidAppear() {}
     virtual void viewWillDisappear(Animated) {}
     virtual void viewDidDisappear() {}
+    /// The view, which has been shown in a size, gets another one.
+    virtual void viewWillTransitionToSize(const Size&) {}
     /// The view has another size, or needs to be laid out for another reason.
     virtual void viewWillLayoutSubviews() {}
     /// This controller, which another one presented, is no longer shown.

@@ -87,7 +87,8 @@ private:
 
     void enter(Entry&);
     void retryLeftOut();
-    void report(LayoutConstraint&) const;
+    void reportLeftOut() const;
+    static void report(LayoutConstraint&);
     void appendTerms(const LayoutConstraint::Side&, double factor);
     void appendTerm(const Box&, std::size_t variable, double factor);
     [[nodiscard]] std::optional<LinearSolver::Constraint> add(LayoutRelation, double constant, double priority,

@@ -50,10 +50,7 @@ void LayoutEngine::enter(Entry& entry)
     if (constraint.second().layout)
         appendTerms(constraint.second(), -constraint.multiplier());
     entry.solved = add(constraint.relation(), constantOf(constraint), constraint.priority());
-    if (entry.solved)
-        return;
-    hasLeftOut_ = true;
-    report(*entry.constraint);
+    hasLeftOut_ = hasLeftOut_ || !entry.solved;
 }
 
 /// What was changed since may have made room for them.
@@ -66,7 +63,15 @@ void LayoutEngine::retryLeftOut()
             enter(entry);
 }
 
-void LayoutEngine::report(LayoutConstraint& constraint) const
+/// Of those that are left out once all changes have been made: what they contradicted may have been on its way out.
+void LayoutEngine::reportLeftOut() const
+{
+    for (const auto& entry : entries_)
+        if (!entry.solved)
+            report(*entry.constraint);
+}
+
+void LayoutEngine::report(LayoutConstraint& constraint)
 {
     if (!std::exchange(constraint.wasReported_, true))
         platform::installed().log.write(
@@ -169,6 +174,8 @@ void LayoutEngine::solve()
         isSolved_ = !wasNegative && !wasWrapped;
     }
     isSolved_ = solver_.solve();
+    if (hasLeftOut_)
+        reportLeftOut();
 }
 
 /// Only sides that would be below zero get the constraint that keeps them from it. @returns whether any did

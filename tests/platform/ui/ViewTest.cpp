@@ -3,7 +3,9 @@
 #include "platform/ui/Button.h"
 #include "platform/ui/Device.h"
 #include "platform/ui/Label.h"
+#include "platform/ui/ScrollView.h"
 #include "platform/ui/StackView.h"
+#include "platform/ui/TextField.h"
 #include "tests/support/InstalledPlatform.h"
 
 #include <gmock/gmock.h>
@@ -212,6 +214,51 @@ TEST_F(ViewTest, ButtonsMayGoAwayWhileTheyArePressed)
     });
     EXPECT_TRUE(plain->press());
     EXPECT_EQ(pressed, 8);
+}
+
+TEST_F(ViewTest, ATapIsTakenByTheClosestViewThatTakesTaps)
+{
+    const auto outer = std::make_shared<View>();
+    auto inner = std::make_shared<View>();
+    const auto leaf = std::make_shared<View>();
+    outer->addSubview(inner);
+    inner->addSubview(leaf);
+    std::string taps;
+    leaf->tap();
+    outer->tapped = [&] { taps += "outer "; };
+    leaf->tap();
+    inner->tapped = [&] {
+        inner->removeFromSuperview();
+        inner.reset();
+        taps += "inner";
+    };
+    leaf->tap();
+    EXPECT_EQ(taps, "outer inner");
+}
+
+TEST_F(ViewTest, AScrollViewStaysWithItsContentAndShowsAPartOfIt)
+{
+    const auto scroll = std::make_shared<ScrollView>();
+    const auto group = std::make_shared<View>(Rect{0, 300, 100, 200});
+    const auto field = std::make_shared<TextField>();
+    scroll->setFrame({0, 0, 100, 200});
+    scroll->setContentSize({100, 500});
+    scroll->addSubview(group);
+    group->addSubview(field);
+    field->setFrame({10, 20, 50, 30});
+    EXPECT_EQ(field->frameIn(*scroll), (Rect{10, 320, 50, 30}));
+    scroll->setContentInset({.top = 10, .bottom = 80});
+
+    ASSERT_TRUE(field->becomeFirstResponder());
+    EXPECT_EQ(scroll->contentOffset(), (Point{0, 230})) << "its end is above the inset: 350 - 200 + 80";
+    scroll->scrollRectToVisible({0, 50, 100, 30});
+    EXPECT_EQ(scroll->contentOffset(), (Point{0, 40}));
+    scroll->scrollRectToVisible({0, 60, 100, 30});
+    EXPECT_EQ(scroll->contentOffset(), (Point{0, 40})) << "it is in sight";
+    scroll->scrollRectToVisible({0, 490, 100, 10});
+    EXPECT_EQ(scroll->contentOffset(), (Point{0, 380})) << "the end of the content above the inset";
+    scroll->setContentInset({.top = 10});
+    EXPECT_EQ(scroll->contentOffset(), (Point{0, 300}));
 }
 
 TEST_F(ViewTest, ABarItemOfAButtonIsWhatTheButtonIs)
