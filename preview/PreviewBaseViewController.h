@@ -73,10 +73,11 @@ protected:
     void viewWillDisappear(Animated) override;
     void viewWillLayoutSubviews() override;
 
-private:
     using Action = void (PreviewBaseViewController::*)();
-
+    /// Does nothing once the controller is gone.
     [[nodiscard]] std::function<void()> actionOf(Action) const;
+
+private:
     void enableButtons();
     void placeButtons(const std::shared_ptr<BarButtonItem>& openIn);
     ProgressService::WithdrawalHandler progressWasPublished(const std::shared_ptr<Progress>&);
