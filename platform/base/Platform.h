@@ -6,6 +6,7 @@ class ApplicationRegistry;
 class CloudService;
 class Clock;
 class Device;
+class DocumentDecoder;
 class FileCoordinationService;
 class FileManager;
 class FolderReader;
@@ -37,6 +38,7 @@ struct Services {
     CloudService& cloud;
     ProgressService& progress;
     GenerationalStorage& storage;
+    DocumentDecoder& decoder;
     ApplicationRegistry& apps;
     UserDefaults& defaults;
     KeyValueStore& keyValues;

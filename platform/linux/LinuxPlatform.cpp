@@ -10,6 +10,8 @@
 #include "platform/linux/cloud/FileKeyValueStore.h"
 #include "platform/linux/cloud/LocalCloudService.h"
 #include "platform/linux/coordination/LinuxFileCoordination.h"
+#include "platform/linux/decoding/DecoderProgram.h"
+#include "platform/linux/decoding/ProcessDecoder.h"
 #include "platform/linux/files/AtomicFile.h"
 #include "platform/linux/files/FileStateStore.h"
 #include "platform/linux/files/FileUserDefaults.h"
@@ -37,7 +39,8 @@ struct LinuxPlatform::Parts {
           defaults(home.appending("defaults.json"), log),
           keyValues(keyValueFileIn(home), mainQueue, notifications, log), states(home.appending("state.json"), log),
           apps(options.desktop ? *options.desktop : DesktopFolders::ofUser(), locale,
-               {mainQueue, log, clock, text, types, coordination})
+               {mainQueue, log, clock, text, types, coordination}),
+          decoder({mainQueue, log, types}, {.program = options.decoder.empty() ? decoderProgram() : options.decoder})
     {
         if (isRightToLeft(locale))
             device.layoutDirection = LayoutDirection::RightToLeft;
@@ -73,6 +76,7 @@ struct LinuxPlatform::Parts {
     FileKeyValueStore keyValues;
     FileStateStore states;
     DesktopApplications apps;
+    ProcessDecoder decoder;
     Device device;
     std::unique_ptr<LocalCloudService> cloud;
     std::optional<CatalogStorage> storage;
@@ -125,6 +129,7 @@ platform::Services LinuxPlatform::services()
         .cloud = *parts_->cloud,
         .progress = parts_->progress,
         .storage = *parts_->storage,
+        .decoder = parts_->decoder,
         .apps = parts_->apps,
         .defaults = parts_->defaults,
         .keyValues = parts_->keyValues,

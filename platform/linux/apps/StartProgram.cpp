@@ -43,14 +43,13 @@ std::vector<char*> pointers(std::vector<std::string>& texts)
 /// What happens in the child before the program begins. The steps only fail for want of memory, and then stay away.
 class SpawnSteps {
 public:
-    explicit SpawnSteps(const std::string& workingFolder)
+    explicit SpawnSteps(const ProgramStart& start)
     {
         ::posix_spawn_file_actions_init(&actions);
         ::posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
         ::posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
-        ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-        ::posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
-        ::posix_spawn_file_actions_addchdir_np(&actions, workingFolder.c_str());
+        addChannel(start.channel);
+        ::posix_spawn_file_actions_addchdir_np(&actions, start.workingFolder.c_str());
         ::posix_spawnattr_init(&attributes);
         sigset_t signals;
         ::sigemptyset(&signals);
@@ -69,6 +68,17 @@ public:
 
     posix_spawn_file_actions_t actions;
     posix_spawnattr_t attributes;
+
+private:
+    void addChannel(int channel)
+    {
+        constexpr int kFirst = STDERR_FILENO + 1;
+        if (channel < 0)
+            ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+        else
+            ::posix_spawn_file_actions_adddup2(&actions, channel, kFirst);
+        ::posix_spawn_file_actions_addclosefrom_np(&actions, channel < 0 ? kFirst : kFirst + 1);
+    }
 };
 
 } // namespace
@@ -79,7 +89,7 @@ int startProgram(const ProgramStart& start, pid_t& child)
     auto environment = environmentWith(start.activationToken);
     const auto argumentPointers = pointers(arguments);
     const auto environmentPointers = pointers(environment);
-    const SpawnSteps steps(start.workingFolder);
+    const SpawnSteps steps(start);
     return ::posix_spawn(&child, start.path.c_str(), &steps.actions, &steps.attributes, argumentPointers.data(),
                          environmentPointers.data());
 }

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string>
+
+namespace tessel {
+
+/// The program that reads documents: beside the one that runs or, once installed, among those that nobody starts by
+/// hand ("../libexec/tesseldrive"). Where there is none, a path that cannot be started.
+[[nodiscard]] std::string decoderProgram();
+
+} // namespace tessel

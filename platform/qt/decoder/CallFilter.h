@@ -1,0 +1,10 @@
+#pragma once
+
+namespace tessel::qt {
+
+/// Has the kernel refuse, as unknown, every system call that reading a document does not need. Files are opened for
+/// reading only, and of new tasks there are only threads of this process. No privilege can be won back.
+/// @returns false when the kernel refuses; true also on processors that it is not written for, where nothing is refused
+[[nodiscard]] bool filterCalls();
+
+} // namespace tessel::qt
