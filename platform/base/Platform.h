@@ -7,6 +7,7 @@ class CloudService;
 class Clock;
 class Device;
 class DocumentDecoder;
+class DocumentReader;
 class FileCoordinationService;
 class FileManager;
 class FolderReader;
@@ -39,6 +40,7 @@ struct Services {
     ProgressService& progress;
     GenerationalStorage& storage;
     DocumentDecoder& decoder;
+    DocumentReader& documents;
     ApplicationRegistry& apps;
     UserDefaults& defaults;
     KeyValueStore& keyValues;

@@ -79,6 +79,12 @@ void addToolbar(Screen& screen, const NavigationController& navigation, const Vi
         addBarItem(screen, "toolbar", item);
 }
 
+void addButton(Screen& screen, const std::string& title, std::function<void()> press)
+{
+    if (!title.empty())
+        addControl(screen, "button", title, true, std::move(press));
+}
+
 void addAlert(Screen& screen, const std::shared_ptr<AlertController>& alert)
 {
     for (const auto& field : alert->textFields())

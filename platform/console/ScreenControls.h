@@ -2,6 +2,7 @@
 
 #include "platform/console/ScreenElement.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -24,6 +25,9 @@ void addBarItems(Screen&, const NavigationItem&);
 
 /// The items of the toolbar, one element each, and before them the status line: the labels among the items.
 void addToolbar(Screen&, const NavigationController&, const ViewController& top);
+
+/// A button of its own, in what lies under the bars.
+void addButton(Screen&, const std::string& title, std::function<void()> press);
 
 void addAlert(Screen&, const std::shared_ptr<AlertController>&);
 

@@ -1,6 +1,7 @@
 #include "platform/console/ScreenReader.h"
 
 #include "platform/base/Platform.h"
+#include "platform/console/PreviewScreen.h"
 #include "platform/console/ScreenControls.h"
 #include "platform/console/ShownControllers.h"
 #include "platform/documents/DocumentListController.h"
@@ -133,6 +134,8 @@ void addContent(Screen& screen, const ShownControllers& shown)
         addSearchResults(screen, shown.search);
     else if (shown.list)
         addListRows(screen, shown.list);
+    else if (shown.preview)
+        addPreview(screen, *shown.preview);
     else if (const auto* unavailable = dynamic_cast<const UnavailableViewController*>(shown.top.get()))
         addLine(screen, "unavailable", {unavailable->message()});
 }
@@ -143,6 +146,8 @@ void addState(Screen& screen, const ShownControllers& shown)
         addSearchState(screen, *shown.search, shown.top->title());
     else if (shown.list)
         addListState(screen, *shown.list);
+    else if (shown.preview)
+        addPreviewState(screen, shown.preview);
 }
 
 } // namespace

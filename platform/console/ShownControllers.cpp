@@ -2,6 +2,7 @@
 
 #include "platform/base/Platform.h"
 #include "platform/documents/DocumentListController.h"
+#include "platform/documents/PreviewController.h"
 #include "platform/documents/SearchController.h"
 #include "platform/ui/AlertController.h"
 #include "platform/ui/Device.h"
@@ -30,6 +31,7 @@ ShownControllers ShownControllers::now()
     for (auto over = shown.navigation->presentedViewController(); over; over = over->presentedViewController())
         shown.add(over);
     shown.list = std::dynamic_pointer_cast<DocumentListController>(shown.top);
+    shown.preview = std::dynamic_pointer_cast<PreviewController>(shown.top);
     return shown;
 }
 
@@ -50,7 +52,7 @@ void ShownControllers::add(const std::shared_ptr<ViewController>& presented)
 
 bool ShownControllers::isBusy() const
 {
-    return search ? search->isBusy() : list && list->isBusy();
+    return search ? search->isBusy() : (list && list->isBusy()) || (preview && preview->isBusy());
 }
 
 bool ShownControllers::isCatchingUp() const

@@ -8,6 +8,7 @@ namespace tessel {
 class AlertController;
 class DocumentListController;
 class NavigationController;
+class PreviewController;
 class SearchController;
 class ViewController;
 
@@ -16,6 +17,7 @@ struct ShownControllers {
     std::shared_ptr<NavigationController> navigation; ///< the uppermost stack
     std::shared_ptr<ViewController> top;              ///< its top controller, or what covers it but for what follows
     std::shared_ptr<DocumentListController> list;     ///< the top controller, when it is a list
+    std::shared_ptr<PreviewController> preview;       ///< likewise, when it is a preview
     std::shared_ptr<SearchController> search;         ///< presented over the list
     std::shared_ptr<AlertController> alert;           ///< over everything else
     bool isStackCovered = false;                      ///< the top controller is not of the stack

@@ -2,13 +2,11 @@
 
 #include "platform/base/Platform.h"
 #include "platform/documents/DocumentIcon.h"
-#include "platform/files/ResourceValues.h"
+#include "platform/documents/TextContent.h"
+#include "platform/run/MainQueue.h"
 #include "platform/text/TextServices.h"
-#include "platform/ui/ImageView.h"
-#include "platform/ui/Label.h"
+#include "platform/ui/Device.h"
 
-#include <algorithm>
-#include <cstdint>
 #include <utility>
 
 namespace tessel {
@@ -16,112 +14,263 @@ namespace tessel {
 namespace {
 
 constexpr Size kIconSize = {128, 128};
-constexpr double kMargin = 16;
-constexpr double kSpace = 8;
-constexpr std::size_t kMostLines = 4;
 
-/// Puts its subviews below one another, in the middle of the whole.
-class Column final : public View {
-public:
-    void layoutSubviews() override
-    {
-        const auto width = std::max(0.0, bounds().width - 2 * kMargin);
-        double height = -kSpace;
-        for (const auto& subview : subviews())
-            height += subview->sizeThatFits({width, 0}).height + kSpace;
-        auto y = std::max(kMargin, (bounds().height - height) / 2);
-        for (const auto& subview : subviews()) {
-            const auto size = subview->sizeThatFits({width, 0});
-            const auto shown = std::min(size.width, width);
-            subview->setFrame({(bounds().width - shown) / 2, y, shown, size.height});
-            y += size.height + kSpace;
-        }
+std::string_view sentenceFor(ContentProblem problem)
+{
+    switch (problem) {
+    case ContentProblem::Empty:
+        return "The document is empty.";
+    case ContentProblem::Damaged:
+        return "The document is damaged, or is not what its name says.";
+    case ContentProblem::Encrypted:
+        return "The document is protected by a password.";
+    case ContentProblem::TooLarge:
+        return "The document is too large to be shown here.";
+    case ContentProblem::TooSlow:
+        return "It takes too long to show the document.";
+    case ContentProblem::Gone:
+        return "The document is not there any more.";
+    case ContentProblem::NotReadable:
+        return "The document can’t be read.";
     }
-};
-
-template <typename T>
-std::optional<T> valueOf(const ResourceValues::Values& values, ResourceKey key)
-{
-    const auto found = values.find(key);
-    const auto* value = found == values.end() ? nullptr : found->second.get<T>();
-    return value ? std::optional(*value) : std::nullopt;
+    return "";
 }
 
-/// Empty for what is gone.
-ResourceValues::Values valuesOf(const URL& url)
+ContentProblem problemOf(const Error& error)
 {
-    const ResourceKey keys[] = {ResourceKey::TypeIdentifier, ResourceKey::LocalizedTypeDescription,
-                                ResourceKey::FileSize};
-    auto values = platform::installed().resources.values(keys, url, ValueVariant::Promised);
-    return values ? std::move(values.value()) : ResourceValues::Values();
+    const bool isGone = error.domain == Domain::General &&
+                        (error.code == ErrorCode::kNoSuchFile || error.code == ErrorCode::kFileDoesNotExist);
+    return isGone ? ContentProblem::Gone : ContentProblem::NotReadable;
 }
 
-std::string kindAndSize(const ResourceValues::Values& values)
+bool isCancellation(const Error& error)
 {
-    auto text = valueOf<std::string>(values, ResourceKey::LocalizedTypeDescription).value_or("");
-    const auto size = valueOf<std::int64_t>(values, ResourceKey::FileSize);
-    if (size && *size >= 0)
-        text += (text.empty() ? "" : " · ") +
-                platform::installed().text.byteCount(static_cast<std::uint64_t>(*size), ByteCountStyle::File);
+    return error.domain == Domain::General && error.code == ErrorCode::kUserCancelled;
+}
+
+std::string kindAndSize(const DocumentDescription& description)
+{
+    auto text = description.typeDescription;
+    if (description.size)
+        text +=
+            (text.empty() ? "" : " · ") + platform::installed().text.byteCount(*description.size, ByteCountStyle::File);
     return text;
-}
-
-std::shared_ptr<Label> addedLabel(View& view, TextStyle style)
-{
-    auto label = std::make_shared<Label>();
-    label->setFont(Font::preferred(style));
-    label->setTextAlignment(TextAlignment::Center);
-    label->setNumberOfLines(kMostLines);
-    view.addSubview(label);
-    return label;
 }
 
 } // namespace
 
-std::shared_ptr<View> PreviewController::loadView()
+PreviewController::~PreviewController()
 {
-    return std::make_shared<Column>();
+    if (const auto* services = platform::installedIfAny(); services && inspection_)
+        services->decoder.cancel(*inspection_);
 }
 
 void PreviewController::viewDidLoad()
 {
     view().setBackgroundColor(Color::white());
-    icon_ = std::make_shared<ImageView>();
-    view().addSubview(icon_);
-    name_ = addedLabel(view(), TextStyle::Headline);
-    description_ = addedLabel(view(), TextStyle::Subheadline);
-    description_->setTextColor(Color::gray(0.4));
     reloadData();
 }
 
 void PreviewController::viewWillAppear(Animated)
 {
     isOnScreen_ = true;
+    readIfWanted();
 }
 
+/// What a screen only covers goes on.
 void PreviewController::viewDidDisappear()
 {
     isOnScreen_ = false;
+    if (!navigationController())
+        forget();
 }
 
 void PreviewController::reloadData()
 {
     const bool hasItem = dataSource && dataSource->numberOfPreviewItemsInPreviewController(*this) > 0;
-    shown_ = hasItem ? std::optional(dataSource->previewControllerPreviewItemAtIndex(*this, 0)) : std::nullopt;
-    refreshCurrentPreviewItem();
+    auto item = hasItem ? std::optional(dataSource->previewControllerPreviewItemAtIndex(*this, 0)) : std::nullopt;
+    if (item && item == shown_)
+        return refreshCurrentPreviewItem();
+    shown_ = std::move(item);
+    forget();
+    setTitle(name());
+    readIfWanted();
+    tellShells();
 }
 
 void PreviewController::refreshCurrentPreviewItem()
 {
-    if (!isViewLoaded())
+    if (std::exchange(isReadingWanted_, true) || isReading())
         return;
-    const auto values = shown_ ? valuesOf(*shown_) : ResourceValues::Values();
-    const auto name = shown_ ? std::string(shown_->lastPathComponent()) : std::string();
-    const auto type = valueOf<std::string>(values, ResourceKey::TypeIdentifier).value_or("");
-    icon_->setImage(shown_ ? std::optional(documentIcon(name, type, kIconSize)) : std::nullopt);
-    name_->setText(platform::installed().text.displayName(name));
-    description_->setText(kindAndSize(values));
-    view().setNeedsLayout();
+    DispatchQueue::main().async([weak = weak_from_this()] {
+        if (const auto self = std::static_pointer_cast<PreviewController>(weak.lock()))
+            self->readIfWanted();
+    });
+}
+
+/// It is read anew when it comes on screen.
+void PreviewController::forget()
+{
+    stopReading();
+    state_ = PreviewState::Looking;
+    content_ = {};
+    description_.reset();
+    isReadingWanted_ = true;
+    wasLost_ = false;
+}
+
+void PreviewController::stopReading()
+{
+    opening_.reset();
+    if (const auto inspection = std::exchange(inspection_, std::nullopt))
+        platform::installed().decoder.cancel(*inspection);
+}
+
+void PreviewController::readIfWanted()
+{
+    if (isOnScreen_ && shown_ && !isReading() && std::exchange(isReadingWanted_, false))
+        read();
+}
+
+void PreviewController::read()
+{
+    opening_ = platform::installed().documents.open(
+        *shown_, {.described =
+                      [this](const DocumentDescription& description) {
+                          description_ = description;
+                          if (description.isFolder)
+                              return show({});
+                          if (!description.isOnDevice) {
+                              state_ = PreviewState::Downloading;
+                              fraction_ = 0;
+                          }
+                          tellShells();
+                      },
+                  .downloaded =
+                      [this](double fraction) {
+                          fraction_ = fraction;
+                          tellShells();
+                      },
+                  .opened = [this](const OpenedDocument& document) { opened(document); }});
+}
+
+void PreviewController::opened(const OpenedDocument& document)
+{
+    opening_.reset();
+    if (document.failure && isCancellation(*document.failure))
+        finishReading(PreviewState::Cancelled);
+    else if (document.failure)
+        fail(problemOf(*document.failure), document.failure->failureReason);
+    else if (document.isEmpty)
+        fail(ContentProblem::Empty, "");
+    else if (document.text)
+        show({{ContentKind::Text, {}, {}, 0, 0}, document.text});
+    else
+        inspect();
+}
+
+void PreviewController::inspect()
+{
+    inspection_ = platform::installed().decoder.inspect(*shown_, [this](const ContentFacts& facts) {
+        inspection_.reset();
+        if (facts.problem)
+            fail(*facts.problem, "");
+        else
+            show({facts, nullptr});
+    });
+}
+
+void PreviewController::show(PreviewContent content)
+{
+    opening_.reset();
+    content_ = std::move(content);
+    if (content_.text)
+        content_.text->grew = &PreviewController::tellShells;
+    finishReading(PreviewState::Shown);
+}
+
+void PreviewController::fail(ContentProblem problem, std::string reason)
+{
+    content_ = {};
+    failure_ = platform::installed().text.localized(sentenceFor(problem));
+    if (problem == ContentProblem::NotReadable && !reason.empty())
+        failure_ += "\n" + reason;
+    finishReading(PreviewState::Failed);
+}
+
+void PreviewController::finishReading(PreviewState state)
+{
+    state_ = state;
+    ++reading_;
+    readIfWanted();
+    tellShells();
+}
+
+void PreviewController::contentHasProblem(ContentProblem problem)
+{
+    if (state_ != PreviewState::Shown || isReading())
+        return;
+    if (problem == ContentProblem::Gone && !std::exchange(wasLost_, true))
+        refreshCurrentPreviewItem();
+    else
+        fail(problem, "");
+}
+
+std::optional<Image> PreviewController::icon() const
+{
+    if (!shown_)
+        return std::nullopt;
+    return documentIcon(shown_->lastPathComponent(), description_ ? description_->typeIdentifier : "", kIconSize);
+}
+
+std::string PreviewController::name() const
+{
+    return shown_ ? platform::installed().text.displayName(shown_->lastPathComponent()) : "";
+}
+
+std::string PreviewController::detail() const
+{
+    if (state_ == PreviewState::Failed)
+        return failure_;
+    return description_ ? kindAndSize(*description_) : "";
+}
+
+std::string PreviewController::buttonTitle() const
+{
+    const auto& text = platform::installed().text;
+    switch (state_) {
+    case PreviewState::Downloading:
+        return text.localized("Cancel");
+    case PreviewState::Cancelled:
+        return text.localized("Download");
+    case PreviewState::Failed:
+        return text.localized("Try Again");
+    default:
+        return "";
+    }
+}
+
+void PreviewController::pressButton()
+{
+    if (buttonTitle().empty())
+        return;
+    const bool isCancelling = state_ == PreviewState::Downloading;
+    stopReading();
+    isReadingWanted_ = !isCancelling;
+    state_ = isCancelling ? PreviewState::Cancelled : PreviewState::Looking;
+    readIfWanted();
+    tellShells();
+}
+
+bool PreviewController::isBusy() const
+{
+    const bool isToBeRead = isReadingWanted_ && isOnScreen_ && shown_;
+    return isToBeRead || isReading() || (content_.text && !content_.text->isComplete());
+}
+
+void PreviewController::tellShells()
+{
+    platform::installed().device.tellScreenChanged();
 }
 
 } // namespace tessel

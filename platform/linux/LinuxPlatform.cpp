@@ -20,6 +20,7 @@
 #include "platform/linux/files/PosixFileManager.h"
 #include "platform/linux/files/SharedMimeTypes.h"
 #include "platform/linux/files/UnfinishedWork.h"
+#include "platform/linux/preview/LinuxDocumentReader.h"
 #include "platform/linux/text/EmbeddedStringTables.h"
 #include "platform/linux/text/IcuTextServices.h"
 #include "platform/linux/text/UserLocale.h"
@@ -57,6 +58,7 @@ struct LinuxPlatform::Parts {
         storage.emplace(*cloud, cloud->documentIdentifiers());
         resources.emplace(files, types, cloud->documentIdentifiers());
         folders.emplace(FolderServices{mainQueue, log, text, types, files, *cloud});
+        openings.emplace(DocumentReaderServices{mainQueue, coordination, *resources, types});
         return std::nullopt;
     }
 
@@ -82,6 +84,7 @@ struct LinuxPlatform::Parts {
     std::optional<CatalogStorage> storage;
     std::optional<LinuxResourceValues> resources;
     std::optional<LinuxFolderReader> folders;
+    std::optional<LinuxDocumentReader> openings;
 };
 
 Result<std::unique_ptr<LinuxPlatform>> LinuxPlatform::create(const LinuxPlatformOptions& options)
@@ -130,6 +133,7 @@ platform::Services LinuxPlatform::services()
         .progress = parts_->progress,
         .storage = *parts_->storage,
         .decoder = parts_->decoder,
+        .documents = *parts_->openings,
         .apps = parts_->apps,
         .defaults = parts_->defaults,
         .keyValues = parts_->keyValues,

@@ -79,11 +79,11 @@ template <typename Wrapper>
             return service;
     };
     const auto& [clock, mainQueue, notifications, log, text, types, files, coordination, resources, folders, cloud,
-                 progress, storage, decoder, apps, defaults, keyValues, device] = platform::installed();
-    return {either(clock),    either(mainQueue), either(notifications), either(log),       either(text),
-            either(types),    either(files),     either(coordination),  either(resources), either(folders),
-            either(cloud),    either(progress),  either(storage),       either(decoder),   either(apps),
-            either(defaults), either(keyValues), either(device)};
+                 progress, storage, decoder, documents, apps, defaults, keyValues, device] = platform::installed();
+    return {either(clock), either(mainQueue), either(notifications), either(log),       either(text),
+            either(types), either(files),     either(coordination),  either(resources), either(folders),
+            either(cloud), either(progress),  either(storage),       either(decoder),   either(documents),
+            either(apps),  either(defaults),  either(keyValues),     either(device)};
 }
 
 } // namespace tessel
