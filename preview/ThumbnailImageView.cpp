@@ -2,6 +2,7 @@
 
 #include "files/DRItem.h"
 #include "platform/base/Platform.h"
+#include "platform/documents/DocumentDecoder.h"
 #include "platform/documents/DocumentIcon.h"
 #include "platform/files/TypeRegistry.h"
 #include "platform/ui/Device.h"
@@ -27,13 +28,6 @@ bool isNothing(double length)
     return std::abs(length) <= static_cast<double>(std::numeric_limits<float>::epsilon());
 }
 
-/// Of a size that is not known as long as there are no images in the items.
-std::optional<Image> thumbnailOf(DRItem& item)
-{
-    const auto& url = item.thumbnail();
-    return url ? std::optional(Image::file(*url, {})) : std::nullopt;
-}
-
 } // namespace
 
 ThumbnailImageView::ThumbnailImageView() : thumbnailView_(std::make_shared<ImageView>())
@@ -47,12 +41,29 @@ void ThumbnailImageView::setItem(std::shared_ptr<DRItem> item)
     item_ = std::move(item);
     if (!item_)
         return;
-    auto thumbnail = thumbnailOf(*item_);
-    isGenericImage_ = !thumbnail || isNothing(thumbnail->size().height);
-    if (isGenericImage_)
-        showGenericImage();
-    else
-        _setThumbnailImage(std::move(thumbnail), true);
+    isGenericImage_ = true;
+    showGenericImage();
+    if (const auto& thumbnail = item_->thumbnail())
+        askForSize(*thumbnail);
+}
+
+ThumbnailImageView::~ThumbnailImageView()
+{
+    if (const auto* services = platform::installedIfAny())
+        services->decoder.cancel(ticket_);
+}
+
+/// The picture is shown once its size is known, in place of the icon.
+void ThumbnailImageView::askForSize(const URL& thumbnail)
+{
+    auto& decoder = platform::installed().decoder;
+    decoder.cancel(ticket_);
+    ticket_ = decoder.inspect(thumbnail, [this, thumbnail, item = std::weak_ptr(item_)](const ContentFacts& facts) {
+        if (facts.problem || isNothing(facts.size.height) || item.lock() != item_)
+            return;
+        isGenericImage_ = false;
+        _setThumbnailImage(Image::file(thumbnail, facts.size), true);
+    });
 }
 
 void ThumbnailImageView::showGenericImage()

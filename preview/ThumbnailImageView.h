@@ -2,6 +2,7 @@
 
 #include "platform/ui/ImageView.h"
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 
@@ -9,10 +10,12 @@ namespace tessel {
 
 class DRItem;
 
-/// Shows a document's thumbnail in its middle, as large as it fits between margins; without one its type's icon.
+/// Shows a document's thumbnail in its middle, as large as it fits between margins; without one, and until that is
+/// known, its type's icon.
 class ThumbnailImageView : public View {
 public:
     ThumbnailImageView();
+    ~ThumbnailImageView() override;
 
     [[nodiscard]] const std::shared_ptr<DRItem>& item() const { return item_; }
     /// Null leaves the picture as it is.
@@ -33,10 +36,12 @@ protected:
 
 private:
     void showGenericImage();
+    void askForSize(const URL& thumbnail);
 
     std::shared_ptr<DRItem> item_;
     const std::shared_ptr<ImageView> thumbnailView_;
     bool isGenericImage_ = false;
+    std::uint64_t ticket_ = 0; ///< of the question for the thumbnail's size
 };
 
 } // namespace tessel

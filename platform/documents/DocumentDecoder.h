@@ -50,6 +50,7 @@ struct ContentPicture {
     int height = 0;
     std::ptrdiff_t stride = 0; ///< bytes from one row to the next
     int milliseconds = 0;      ///< how long this frame is shown; 0 for what does not move
+    bool isOpaque = false;     ///< no pixel lets anything shine through
 };
 
 /// Reads documents that may be damaged or hostile: in another process, with limits of time, memory and pixels. What

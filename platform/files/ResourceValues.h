@@ -26,7 +26,7 @@ enum class ResourceKey {
     IsShared,                 ///< flag
     SharedItemRole,           ///< text, one of SharedItemRole
     DownloadingStatus,        ///< text, one of DownloadingStatus
-    ThumbnailDictionary,      ///< dictionary from a size's name to an image file's URL
+    ThumbnailDictionary,      ///< dictionary from a size's name to the URL of a file that has the picture
     DocumentIdentifier,       ///< integer, above 0 and of 32 bits; the first question has the document given one
 };
 

@@ -172,6 +172,17 @@ TEST_F(FileInfoViewsTest, DocumentsWithoutAPictureHaveTheIconOfTheirType)
     view->_setThumbnailImage(Image::symbol("share"), true);
     EXPECT_EQ(view->thumbnailView()->border(), (Border{1, Color::gray(0, 0.16)}));
 
+    if (std::string_view(TESSELDRIVE_DECODER).empty())
+        return;
+    const auto drawing = "<svg xmlns='http://www.w3.org/2000/svg' width='40' height='20'><g/></svg>";
+    view->setItem(DRItem::initWithURL(platform.drive.file("Plan.svg", drawing)));
+    EXPECT_TRUE(view->isGenericImage());
+    ASSERT_TRUE(platform.runUntil([&] { return !view->isGenericImage(); }));
+    EXPECT_EQ(view->thumbnailView()->image()->size(), (Size{40, 20}));
+    EXPECT_EQ(view->thumbnailView()->border().width, 1);
+    view->setItem(DRItem::initWithURL(platform.drive.file("Damaged.svg", "<svg")));
+    EXPECT_TRUE(view->isGenericImage());
+
     device.idiom = Idiom::Pad;
     for (const auto& [width, margin] : {std::pair{1024.0, 45.0}, std::pair{320.0, 17.0}}) {
         device.setScreenBounds({0, 0, width, 768});

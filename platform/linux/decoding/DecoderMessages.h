@@ -41,6 +41,7 @@ struct DecoderAnswer {
     std::int32_t width = 0; ///< of the picture; its rows have no gaps
     std::int32_t height = 0;
     std::int32_t milliseconds = 0;
+    std::int32_t isOpaque = 0; ///< 1 when it is
 };
 
 } // namespace tessel

@@ -55,6 +55,7 @@ std::optional<ContentPicture> receivedPicture(const DecoderAnswer& answer, const
     picture.height = answer.height;
     picture.stride = static_cast<std::ptrdiff_t>(stride);
     picture.milliseconds = std::max(answer.milliseconds, 0);
+    picture.isOpaque = answer.isOpaque == 1;
     return picture;
 }
 

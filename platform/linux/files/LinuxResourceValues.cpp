@@ -122,11 +122,18 @@ private:
             return isPackage();
         case ResourceKey::DownloadingStatus:
             return DownloadingStatus::kCurrent;
+        case ResourceKey::ThumbnailDictionary:
+            return canHavePicture() ? Value::Dictionary{{kThumbnail1024, url_}} : Value();
         default:
             return {};
         }
     }
 
+    [[nodiscard]] bool canHavePicture()
+    {
+        return attributes_.kind == FileKind::RegularFile && attributes_.size.value_or(0) > 0 &&
+               (types_.conforms(type(), "public.image") || types_.conforms(type(), "com.adobe.pdf"));
+    }
     [[nodiscard]] bool isFolder() const { return attributes_.kind == FileKind::Directory; }
     [[nodiscard]] bool isPackage() const { return isFolder() && types_.isPackageName(url_.lastPathComponent()); }
 

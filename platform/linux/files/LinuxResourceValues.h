@@ -12,7 +12,8 @@ class DocumentIdentifiers;
 inline constexpr const char* kSharedAttribute = "user.tesseldrive.shared";
 
 /// Values from the file itself or, for a document that is not on the device, from its placeholder. All file values of
-/// one call come from one look at the file. Thumbnail dictionaries are not read yet: an item has none.
+/// one call come from one look at the file. The thumbnail of an image or a
+/// PDF document is made of the document itself by whoever shows it.
 class LinuxResourceValues final : public ResourceValues {
 public:
     /// All outlive this.

@@ -92,6 +92,7 @@ DecoderAnswer Answering::painted(const DecoderRequest& request, FileDescriptor& 
     answer.width = made.image.width();
     answer.height = made.image.height();
     answer.milliseconds = made.milliseconds;
+    answer.isOpaque = made.image.hasAlphaChannel() ? 0 : 1;
     return answer;
 }
 

@@ -1,4 +1,4 @@
-#include "platform/qt/thumbnails/DocumentPictures.h"
+#include "platform/qt/thumbnails/TextPicture.h"
 
 #include <QFont>
 #include <QFontMetrics>

@@ -141,29 +141,25 @@ bool ThumbnailCache::hasFailed(const ThumbnailOriginal& original) const
     return !readValid(folder_ + "/fail/" + program_ + '/' + fileName(original), original).isNull();
 }
 
-bool ThumbnailCache::save(const ThumbnailOriginal& original, ThumbnailSize size, const QImage& image,
-                          const QString& mimeType) const
+bool ThumbnailCache::save(const ThumbnailOriginal& original, ThumbnailSize size, const QImage& image) const
 {
-    return store(folder_ + '/' + folderName(size), original, image, mimeType);
+    return store(folder_ + '/' + folderName(size), original, image);
 }
 
 bool ThumbnailCache::markFailed(const ThumbnailOriginal& original) const
 {
     QImage nothing(1, 1, QImage::Format_ARGB32);
     nothing.fill(Qt::transparent);
-    return store(folder_ + "/fail/" + program_, original, nothing, {});
+    return store(folder_ + "/fail/" + program_, original, nothing);
 }
 
-bool ThumbnailCache::store(const QByteArray& folder, const ThumbnailOriginal& original, const QImage& image,
-                           const QString& mimeType) const
+bool ThumbnailCache::store(const QByteArray& folder, const ThumbnailOriginal& original, const QImage& image) const
 {
-    QList<std::pair<QByteArray, QByteArray>> texts = {
+    const QList<std::pair<QByteArray, QByteArray>> texts = {
         {"Thumb::URI", original.uri()},
         {"Thumb::MTime", QByteArray::number(qint64(original.modificationSeconds()))},
         {"Thumb::Size", QByteArray::number(qint64(original.size))},
         {"Software", program_}};
-    if (!mimeType.isEmpty())
-        texts.append({"Thumb::Mimetype", mimeType.toLatin1()});
     const auto file = thumbnailPNG(image, texts);
     return !file.isEmpty() && makeFolder(folder) && writeWhole(folder, fileName(original), file);
 }

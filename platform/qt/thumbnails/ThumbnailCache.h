@@ -5,7 +5,6 @@
 
 #include <QByteArray>
 #include <QImage>
-#include <QString>
 
 namespace tessel::qt {
 
@@ -30,12 +29,11 @@ public:
     [[nodiscard]] bool hasFailed(const ThumbnailOriginal&) const;
 
     /// @returns whether it is stored; nothing is left behind when it is not
-    bool save(const ThumbnailOriginal&, ThumbnailSize, const QImage&, const QString& mimeType) const;
+    bool save(const ThumbnailOriginal&, ThumbnailSize, const QImage&) const;
     bool markFailed(const ThumbnailOriginal&) const;
 
 private:
-    [[nodiscard]] bool store(const QByteArray& folder, const ThumbnailOriginal&, const QImage&,
-                             const QString& mimeType) const;
+    [[nodiscard]] bool store(const QByteArray& folder, const ThumbnailOriginal&, const QImage&) const;
 
     const QByteArray folder_;
     const QByteArray program_;

@@ -1,10 +1,13 @@
 #include "platform/qt/thumbnails/ThumbnailMaker.h"
 
-#include "platform/qt/thumbnails/DocumentPictures.h"
+#include "platform/base/Platform.h"
+#include "platform/documents/DocumentDecoder.h"
+#include "platform/files/TypeRegistry.h"
+#include "platform/qt/thumbnails/TextPicture.h"
 
-#include <QImageReader>
-#include <QMimeDatabase>
-#include <QMimeType>
+#include <condition_variable>
+#include <mutex>
+#include <optional>
 
 namespace tessel::qt {
 
@@ -12,51 +15,78 @@ namespace {
 
 constexpr qint64 kHeadBytes = 8 * 1024;
 
-// What the content shows to be an image or a PDF document is one, whatever its name; a text is known by its name.
-QMimeType typeOf(const QByteArray& head, const QString& name)
-{
-    const QMimeDatabase database;
-    auto type = database.mimeTypeForData(head);
-    if (type.name().startsWith("image/") || type.inherits("application/pdf"))
-        return type;
-    return database.mimeTypeForFileNameAndData(name, head);
-}
+using Outcome = MadeThumbnail::Outcome;
 
-// The image format that reads a type; none for those whose readers draw documents, or are hardly used.
-QByteArray imageFormat(const QMimeType& type)
-{
-    const auto formats = QImageReader::imageFormatsForMimeType(type.name().toLatin1());
-    for (const auto& format : formats) {
-        if (format != "svg" && format != "svgz" && format != "pdf" && format != "mng")
-            return format;
+// Waits on one thread for what the decoder answers on another.
+class Waiting {
+public:
+    void answer(const std::optional<ContentPicture>& picture, std::optional<ContentProblem> problem)
+    {
+        const std::lock_guard lock(mutex_);
+        made_ = picture ? MadeThumbnail{Outcome::Made, imageOf(*picture)} : MadeThumbnail{outcomeOf(*problem), {}};
+        answered_.notify_one();
     }
-    return {};
-}
 
-bool isCode(const QMimeType& textType)
+    /// @returns none when it was stopped before
+    [[nodiscard]] std::optional<MadeThumbnail> wait(const std::stop_token& stop)
+    {
+        std::unique_lock lock(mutex_);
+        answered_.wait(lock, stop, [this] { return made_.has_value(); });
+        return made_;
+    }
+
+private:
+    // Shares the pixels.
+    static QImage imageOf(const ContentPicture& picture)
+    {
+        using Pixels = std::shared_ptr<const std::byte>;
+        return {reinterpret_cast<const uchar*>(picture.pixels.get()),
+                picture.width,
+                picture.height,
+                picture.stride,
+                picture.isOpaque ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied,
+                [](void* pixels) { delete static_cast<Pixels*>(pixels); },
+                new Pixels(picture.pixels)};
+    }
+
+    static Outcome outcomeOf(ContentProblem problem)
+    {
+        return problem == ContentProblem::NotReadable || problem == ContentProblem::Gone ? Outcome::NotMade
+                                                                                         : Outcome::Failed;
+    }
+
+    std::mutex mutex_;
+    std::condition_variable_any answered_;
+    std::optional<MadeThumbnail> made_;
+};
+
+// Null when it is no text after all.
+QImage textPicture(const ThumbnailOriginal& original, const std::string& type, ThumbnailSize size)
 {
-    return textType.name() != "text/plain" && textType.name() != "text/markdown";
+    const auto file = original.open();
+    const auto head = file ? file->read(kHeadBytes) : QByteArray();
+    const bool isCode = type != "public.plain-text" && type != "public.markdown";
+    return head.isEmpty() || head.startsWith("%PDF-") ? QImage() : pictureOfText(head, isCode, side(size));
 }
 
 } // namespace
 
-MadeThumbnail makeThumbnail(QIODevice& document, const QString& name, ThumbnailSize size)
+MadeThumbnail makeThumbnail(const ThumbnailOriginal& original, ThumbnailSize size, const std::stop_token& stop)
 {
-    using enum MadeThumbnail::Outcome;
-    const auto head = document.peek(kHeadBytes);
-    const auto type = typeOf(head, name);
-    QImage image;
-    if (type.inherits("image/svg+xml"))
-        image = pictureOfDrawing(document, side(size));
-    else if (const auto format = imageFormat(type); !format.isEmpty())
-        image = pictureOfImage(document, format, side(size));
-    else if (type.inherits("application/pdf"))
-        image = pictureOfPDF(document, side(size));
-    else if (type.inherits("text/plain"))
-        image = pictureOfText(head, isCode(type), side(size));
-    else
-        return {NotSupported, {}, type.name()};
-    return {image.isNull() ? Failed : Made, image, type.name()};
+    const auto& services = platform::installed();
+    const auto url = URL::file(original.path.toStdString());
+    const auto type = services.types.identifierForFileName(url.lastPathComponent());
+    if (services.types.conforms(type, "public.text") && !services.types.conforms(type, "public.image"))
+        if (const auto image = textPicture(original, type, size); !image.isNull())
+            return {Outcome::Made, image};
+    const auto waiting = std::make_shared<Waiting>();
+    const auto ticket =
+        services.decoder.paint({.url = url, .width = side(size), .height = side(size), .part = {}},
+                               [waiting](const auto& picture, auto problem) { waiting->answer(picture, problem); });
+    if (const auto made = waiting->wait(stop))
+        return *made;
+    services.decoder.cancel(ticket);
+    return {};
 }
 
 } // namespace tessel::qt

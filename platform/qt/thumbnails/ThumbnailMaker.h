@@ -1,10 +1,11 @@
 #pragma once
 
+#include "platform/qt/thumbnails/ThumbnailOriginal.h"
 #include "platform/qt/thumbnails/ThumbnailSize.h"
 
-#include <QIODevice>
 #include <QImage>
-#include <QString>
+
+#include <stop_token>
 
 namespace tessel::qt {
 
@@ -12,20 +13,16 @@ namespace tessel::qt {
 struct MadeThumbnail {
     enum class Outcome {
         Made,
-        NotSupported, ///< documents of this type have none
-        Failed,       ///< this document has none: it is damaged, encrypted or too large
+        NotMade, ///< documents of this type have none, or there was no reading it this time
+        Failed,  ///< this document has none: it is damaged, encrypted or too large
     };
 
-    Outcome outcome = Outcome::NotSupported;
+    Outcome outcome = Outcome::NotMade;
     QImage image; ///< no side is longer than was asked for; null unless it was made
-    QString mimeType;
 };
 
-/// Makes the thumbnail of an image, a vector drawing, a PDF document or a text. It decides by what the content is,
-/// then by the name. Nothing but the document is read. Safe to call on any thread; it may take seconds, and as much
-/// memory as the limits in it allow.
-/// @param document open for reading, at its start, and seekable
-/// @param name its file name
-[[nodiscard]] MadeThumbnail makeThumbnail(QIODevice& document, const QString& name, ThumbnailSize);
+/// Makes the thumbnail of a text, or has the document decoder make that of anything else, and waits for it. Any thread.
+/// @param stop ends the waiting
+[[nodiscard]] MadeThumbnail makeThumbnail(const ThumbnailOriginal&, ThumbnailSize, const std::stop_token& stop);
 
 } // namespace tessel::qt

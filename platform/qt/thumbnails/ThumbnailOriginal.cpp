@@ -55,9 +55,10 @@ std::unique_ptr<QFile> ThumbnailOriginal::open() const
     return nullptr;
 }
 
-bool ThumbnailOriginal::isUnchanged(const QFile& file) const
+bool ThumbnailOriginal::isUnchanged() const
 {
-    return isSame(*this, file.handle());
+    const auto now = at(path);
+    return now && now->modificationTime == modificationTime && now->size == size;
 }
 
 } // namespace tessel::qt

@@ -24,8 +24,8 @@ struct ThumbnailOriginal {
 
     /// Opens it for reading; null when it cannot be opened, or is another file by now.
     [[nodiscard]] std::unique_ptr<QFile> open() const;
-    /// Whether the file that `open` answered still is what it was.
-    [[nodiscard]] bool isUnchanged(const QFile&) const;
+    /// Whether it still is what it was.
+    [[nodiscard]] bool isUnchanged() const;
 };
 
 } // namespace tessel::qt

@@ -14,8 +14,9 @@ struct ThumbnailQueue::Job {
     std::optional<ThumbnailOriginal> original; ///< Once it was looked for.
 };
 
-ThumbnailQueue::ThumbnailQueue(ThumbnailCache cache, Maker maker)
-    : cache_(std::move(cache)), maker_(std::move(maker)), making_("thumbnails make", QualityOfService::Background),
+ThumbnailQueue::ThumbnailQueue(ThumbnailCache cache, Maker maker, std::size_t makers)
+    : cache_(std::move(cache)), maker_(std::move(maker)),
+      making_("thumbnails make", QualityOfService::Background, makers),
       looking_("thumbnails look", QualityOfService::Utility)
 {
 }
@@ -27,6 +28,7 @@ ThumbnailQueue::~ThumbnailQueue()
     toMake_.clear();
     tickets_.clear();
     jobs_.clear();
+    stop_.request_stop();
 }
 
 ThumbnailQueue::Ticket ThumbnailQueue::request(const QByteArray& path, ThumbnailSize size, Answer answer)
@@ -99,17 +101,13 @@ void ThumbnailQueue::makeNext()
 QImage ThumbnailQueue::make(const Job& job) const
 {
     const auto& original = *job.original;
-    const auto file = original.open();
-    if (!file)
-        return {};
-    const auto name = QString::fromUtf8(original.path.mid(original.path.lastIndexOf('/') + 1));
-    const auto made = maker_(*file, name, job.key.second);
-    if (!original.isUnchanged(*file)) // it is being written: what was read may be half of it
+    const auto made = maker_(original, job.key.second, stop_.get_token());
+    if (!original.isUnchanged()) // it is being written: what was read may be half of it
         return {};
     if (made.outcome == MadeThumbnail::Outcome::Failed)
         cache_.markFailed(original);
     if (made.outcome == MadeThumbnail::Outcome::Made)
-        cache_.save(original, job.key.second, made.image, made.mimeType);
+        cache_.save(original, job.key.second, made.image);
     return made.image;
 }
 

@@ -15,17 +15,18 @@
 namespace tessel::qt {
 
 /// Finds thumbnails in the desktop's cache, and makes those that are missing: the newest request first, because it is
-/// for what has just come on screen. A file that is asked for several times is looked at once. Two threads of low
-/// priority, so that what is there need not wait for what must be made. Safe to use from any thread.
+/// for what has just come on screen. A file that is asked for several times is looked at once. What is there need not
+/// wait for what must be made: its thread is another. Safe to use from any thread.
 class ThumbnailQueue {
 public:
     /// A null image when there is none. Called once, on a thread of the queue.
     using Answer = std::function<void(const QImage&)>;
-    using Maker = std::function<MadeThumbnail(QIODevice&, const QString& name, ThumbnailSize)>;
+    using Maker = std::function<MadeThumbnail(const ThumbnailOriginal&, ThumbnailSize, const std::stop_token&)>;
     using Ticket = std::uint64_t;
 
-    explicit ThumbnailQueue(ThumbnailCache, Maker = makeThumbnail);
-    /// Drops the requests and waits for the one that is being worked on.
+    /// @param makers how many thumbnails are made at the same time
+    explicit ThumbnailQueue(ThumbnailCache, Maker = makeThumbnail, std::size_t makers = 2);
+    /// Drops the requests, and stops the making of those that are being worked on.
     ~ThumbnailQueue();
     ThumbnailQueue(const ThumbnailQueue&) = delete;
     ThumbnailQueue& operator=(const ThumbnailQueue&) = delete;
@@ -48,6 +49,7 @@ private:
 
     const ThumbnailCache cache_;
     const Maker maker_;
+    std::stop_source stop_;
     std::mutex mutex_;
     Ticket lastTicket_ = 0;
     std::map<Key, std::shared_ptr<Job>> jobs_; ///< All that somebody waits for.

@@ -4,6 +4,9 @@
 #include "platform/qt/views/PainterCanvas.h"
 
 #include <QByteArray>
+#include <QDateTime>
+#include <QFile>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QPainter>
 
@@ -68,6 +71,13 @@ QString iconSource(const std::string& names)
     return QStringLiteral("image://icon/") + QString::fromStdString(names).replace(' ', '|') + QStringLiteral("?file");
 }
 
+/// Of a document that may be hostile: others decode it. The time makes a changed file another picture.
+QString fileSource(const std::string& path)
+{
+    const auto time = QFileInfo(QFile::decodeName(path.c_str())).lastModified().toMSecsSinceEpoch();
+    return QStringLiteral("image://thumbnail/") + percentEncoded(path) + u'?' + QString::number(time);
+}
+
 } // namespace
 
 QString percentEncoded(std::string_view bytes)
@@ -86,7 +96,7 @@ QString imageSource(const std::optional<Image>& image, bool dark)
     case Image::Kind::Icon:
         return iconSource(image->name());
     case Image::Kind::File:
-        return QStringLiteral("file://") + percentEncoded(image->url()->path());
+        return fileSource(image->url()->path());
     case Image::Kind::Drawn:
         return image->drawing() ? drawnSource(*image, dark) : QString();
     }

@@ -37,13 +37,14 @@ protected:
     // Notes what it is asked for; waits at the gate for the file "gate".
     ThumbnailQueue::Maker maker(Outcome outcome = Outcome::Made)
     {
-        return [this, outcome](QIODevice&, const QString& name, ThumbnailSize) {
+        return [this, outcome](const ThumbnailOriginal& original, ThumbnailSize, const std::stop_token&) {
+            const auto name = original.path.mid(original.path.lastIndexOf('/') + 1);
             madeNames.push_back(name.toStdString());
             if (name == "gate") {
                 atGate.set_value();
                 gate.get_future().wait_for(kPatience);
             }
-            return MadeThumbnail{outcome, outcome == Outcome::Made ? picture() : QImage(), "image/png"};
+            return MadeThumbnail{outcome, outcome == Outcome::Made ? picture() : QImage()};
         };
     }
 
@@ -117,7 +118,7 @@ TEST_F(ThumbnailQueueTest, WorksForTheNewestRequestFirstAndNotForThoseThatWereDr
         drive.file(name, "content");
     std::atomic<int> answers = 0;
     {
-        ThumbnailQueue queue(cache(), maker());
+        ThumbnailQueue queue(cache(), maker(), 1);
         std::promise<void> last;
         ThumbnailQueue::Ticket droppedLater = 0;
         whileBusy(queue, [&] {
@@ -144,7 +145,7 @@ TEST_F(ThumbnailQueueTest, EndsWithoutWorkingThroughWhatWaits)
 {
     for (const auto* name : {"gate", "a"})
         drive.file(name, "content");
-    auto queue = std::make_unique<ThumbnailQueue>(cache(), maker());
+    auto queue = std::make_unique<ThumbnailQueue>(cache(), maker(), 1);
     std::promise<void> isDropped;
     whileBusy(*queue, [&] {
         const std::shared_ptr<void> answerLives(nullptr, [&](void*) { isDropped.set_value(); });
@@ -157,13 +158,30 @@ TEST_F(ThumbnailQueueTest, EndsWithoutWorkingThroughWhatWaits)
     EXPECT_THAT(madeNames, ElementsAre("gate"));
 }
 
+TEST_F(ThumbnailQueueTest, DoesNotWaitForADocumentThatTakesLong)
+{
+    drive.file("a", "content");
+    std::promise<void> begun;
+    auto queue = std::make_unique<ThumbnailQueue>(
+        cache(), [&](const ThumbnailOriginal&, ThumbnailSize, const std::stop_token& stop) {
+            begun.set_value();
+            for (int time = 0; time < 30'000 && !stop.stop_requested(); ++time)
+                std::this_thread::sleep_for(1ms);
+            return MadeThumbnail{stop.stop_requested() ? Outcome::NotMade : Outcome::Failed, {}};
+        });
+    queue->request(bytes("a"), ThumbnailSize::Normal, [](const QImage& image) { EXPECT_TRUE(image.isNull()); });
+    ASSERT_EQ(begun.get_future().wait_for(kPatience), std::future_status::ready);
+    queue.reset();
+    EXPECT_FALSE(std::filesystem::exists(drive.url("cache").path())) << "waited until it had failed";
+}
+
 // A program saves the document while its thumbnail is being made from what may be half of it.
 TEST_F(ThumbnailQueueTest, KeepsNothingOfAFileThatChangedUnderWay)
 {
     drive.file("a.png", "half");
-    ThumbnailQueue queue(cache(), [&](QIODevice&, const QString&, ThumbnailSize) {
+    ThumbnailQueue queue(cache(), [&](const ThumbnailOriginal&, ThumbnailSize, const std::stop_token&) {
         drive.file("a.png", "the whole content");
-        return MadeThumbnail{Outcome::Made, picture(), {}};
+        return MadeThumbnail{Outcome::Made, picture()};
     });
     EXPECT_TRUE(answer(queue, "a.png").isNull());
     EXPECT_FALSE(std::filesystem::exists(drive.url("cache").path()));
