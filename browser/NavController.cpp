@@ -178,6 +178,7 @@ void NavController::navigationControllerDidShowViewController(NavigationControll
     const auto list = std::dynamic_pointer_cast<DocumentListController>(shown);
     if (!list)
         return;
+    dropItemManager();
     if (editMode)
         editMode = list->editing();
     initNewListController(*list);
@@ -201,24 +202,6 @@ bool NavController::warpToFolderForURL(const URL& folder)
         return false;
     setViewControllers(stackOf(*stack), Animated::No);
     return true;
-}
-
-bool NavController::warpToNewURL(const std::optional<URL>& url)
-{
-    TSD_FUNCTION("-[NavController warpToNewURL:previewMode:]");
-    dismiss(Animated::No);
-    if (!url)
-        return false;
-    const auto& cloud = platform::installed().cloud;
-    if (!cloud.isInDrive(*url)) {
-        TSD_DEBUG("Preview URL is not inside the drive folder: %@", *url);
-        return false;
-    }
-    if (cloud.isInTrash(*url)) {
-        TSD_DEBUG("Preview URL is in Trash: %@", *url);
-        return false;
-    }
-    return false;
 }
 
 void NavController::startSearch(const std::string& query)

@@ -13,7 +13,9 @@
 
 namespace tessel {
 
+class DRItem;
 class FilenamePrompt;
+class PreviewItemManager;
 
 /// The root of the window and the spine of the browser: a stack of folder lists from the drive's top folder down to
 /// the one on screen, or the unavailable view while no account is signed in. It configures every list before it is
@@ -28,6 +30,8 @@ public:
     std::string viewTitle;      ///< the top list's title outside edit mode
     bool pickerIsAlive = false; ///< some list has reported its items since the stack was last built
 
+    /// Of the document that is previewed or peeked at; null while a list is shown.
+    std::shared_ptr<PreviewItemManager> itemManager;
     std::shared_ptr<FilenamePrompt> folderPromptAlert;  ///< the last prompt for a name; kept until the next one
     std::function<void()> performActionCompletionBlock; ///< of the last action that waits for the user
 
@@ -41,8 +45,13 @@ public:
     /// Replaces the stack by the lists down to a folder. @returns whether it did.
     bool warpToFolderForURL(const URL&);
     /// Shows a document asked for from outside. What was presented is dismissed in any case.
+    /// @param previewMode as the item manager's
     /// @returns whether a preview was started; never for a URL outside the drive or in its trash.
-    bool warpToNewURL(const std::optional<URL>&);
+    bool warpToNewURL(const std::optional<URL>&, std::int32_t previewMode);
+    /// Shows a document, in the place of one that is shown. Nothing without an item.
+    void showPreview(const std::shared_ptr<DRItem>&, std::int32_t previewMode);
+    /// Opens what was peeked at: a folder's lists, the document's application, or the preview that the peek has shown.
+    void pressaPopToURL(const URL&);
     /// Goes to the top list and, 0.7 seconds later, searches there.
     void startSearch(const std::string& query);
 
@@ -70,8 +79,13 @@ public:
                                              const std::shared_ptr<View>& originatingView,
                                              const std::function<void()>& completion) override;
     [[nodiscard]] bool documentListControllerCanPerformAction(const DocumentListController&, ListAction) const override;
+    [[nodiscard]] std::shared_ptr<ViewController> documentListControllerViewControllerForPreviewingItemAtURL(
+        DocumentListController&, const URL&) override;
     [[nodiscard]] std::optional<Color> documentListControllerColorOfTag(const DocumentListController&,
                                                                         const std::string& tag) const override;
+
+    void encodeRestorableState(StateCoder&) const override;
+    void decodeRestorableState(const StateCoder&) override;
 
 protected:
     void viewDidLoad() override;
@@ -88,6 +102,10 @@ private:
     void saveTesselToken(const std::optional<Data>&);
 
     void openFolderLink(const URL&);
+    void showPreviewSoon(const std::shared_ptr<DRItem>&, std::int32_t previewMode);
+    void useNewItemManager(std::int32_t previewMode);
+    void dropItemManager();
+    void pushPeekedPreview(const URL&, bool cameFromSearch);
     void deleteWasAnswered(const std::vector<URL>&, bool cancelled, const std::function<void()>& finished);
 
     NotificationCenter::Observation becomeActive_;

@@ -1,4 +1,5 @@
 #include "app/common/Log.h"
+#include "app/common/Settings.h"
 #include "browser/NavController.h"
 #include "files/DRItem.h"
 #include "files/FileTags.h"
@@ -83,14 +84,26 @@ void NavController::documentListControllerDidSelectItemAtURL(DocumentListControl
         TSD_DEBUG("DLC Selection not allowed while in edit mode");
         return;
     }
+    if (!Settings::quickLaunch())
+        return showPreviewSoon(item, PreviewItemManager::kQuickPreview);
     if (item->isSymlink() && !(item = followLink(*item)))
         return;
     if (item->isDirectory())
-        openFolderLink(*item->url());
-    else if (LaunchUtils::openInDefaultApp(*item->url(), topViewController(), RequireOpenIn::Yes))
+        return openFolderLink(*item->url());
+    if (LaunchUtils::openInDefaultApp(*item->url(), topViewController(), RequireOpenIn::Yes)) {
         TSD_DEBUG("openInDefaultApp returned YES, app launched");
-    else
-        TSD_DEBUG("openInDefaultApp returned NO, showing preview");
+        return;
+    }
+    TSD_DEBUG("openInDefaultApp returned NO, showing preview");
+    showPreviewSoon(item, item->canPreview() ? PreviewItemManager::kQuickPreview : PreviewItemManager::kDetails);
+}
+
+void NavController::showPreviewSoon(const std::shared_ptr<DRItem>& item, std::int32_t previewMode)
+{
+    DispatchQueue::main().async([weak = weak_from_this(), item, previewMode] {
+        if (const auto self = std::static_pointer_cast<NavController>(weak.lock()))
+            self->showPreview(item, previewMode);
+    });
 }
 
 std::optional<Color> NavController::documentListControllerColorOfTag(const DocumentListController&,

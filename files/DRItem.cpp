@@ -2,6 +2,7 @@
 
 #include "app/common/Log.h"
 #include "files/FileUtils.h"
+#include "platform/documents/PreviewableTypes.h"
 #include "platform/files/FileCoordinator.h"
 #include "platform/run/OperationQueue.h"
 
@@ -44,6 +45,11 @@ void DRItem::setUrl(const std::optional<URL>& url)
         return;
     url_ = url;
     static_cast<void>(cacheValues());
+}
+
+bool DRItem::canPreview() const
+{
+    return cached_.typeIdentifier && isPreviewable(*cached_.typeIdentifier);
 }
 
 std::optional<std::string> DRItem::friendlyFileSize() const

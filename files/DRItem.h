@@ -74,6 +74,8 @@ public:
     /// A placeholder stands for the item.
     [[nodiscard]] bool isPromise() const;
     [[nodiscard]] bool isDownloaded() const { return cached_.isDownloaded; }
+    /// Whether the quick preview can show more of the item than its icon; told by its type.
+    [[nodiscard]] bool canPreview() const;
     [[nodiscard]] bool hasHiddenExtension() const { return cached_.hasHiddenExtension; }
     /// Whether the user may rename the item.
     [[nodiscard]] bool renameable() const { return cached_.renameable; }

@@ -37,8 +37,8 @@ void GlanciaItemController::take(const std::shared_ptr<PreviewItemManager>& mana
 {
     itemManager = manager;
     arrayOfDocuments.reset();
-    if (manager && manager->item && manager->item->resolvedURL())
-        arrayOfDocuments = {*manager->item->resolvedURL()};
+    if (manager && manager->item() && manager->item()->resolvedURL())
+        arrayOfDocuments = {*manager->item()->resolvedURL()};
 }
 
 void GlanciaItemController::glanciaNewItem(const std::shared_ptr<PreviewItemManager>& manager)

@@ -22,6 +22,8 @@ class PreviewBaseViewController : public ViewController, public ProgressObserver
 public:
     PreviewBaseViewController() { extendsUnderBars = true; }
 
+    [[nodiscard]] std::string className() const override { return "PreviewBaseViewController"; }
+
     /// Of the progress; null while nobody listens to it.
     std::shared_ptr<ProgressService::Subscriber> subscriber;
     std::shared_ptr<BarButtonItem> barButtonActionItem;

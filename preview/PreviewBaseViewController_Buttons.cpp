@@ -17,7 +17,7 @@ constexpr double kSpace = 0; ///< points: the bar's own spaces are enough
 std::shared_ptr<DRItem> itemOf(const std::weak_ptr<PreviewItemManager>& itemManager)
 {
     const auto manager = itemManager.lock();
-    return manager ? manager->item : nullptr;
+    return manager ? manager->item() : nullptr;
 }
 
 } // namespace
@@ -98,9 +98,9 @@ void PreviewBaseViewController::showDocumentActivities()
     TSD_FUNCTION("-[PreviewBaseViewController showDocumentActivities:]");
     TSD_USER_ACTION("Pressed Share (sheet) button (preview base)");
     const auto manager = itemManager.lock();
-    if (!manager || !manager->item || !manager->item->url())
+    if (!manager || !manager->item() || !manager->item()->url())
         return;
-    auto url = manager->item->resolvedURL();
+    auto url = manager->item()->resolvedURL();
     if (!url) {
         TSD_WARNING("showDocumentActivities: url is wrong class: %{public}@", StaticText("(null)"));
         return;

@@ -25,7 +25,7 @@ std::int32_t chunkOf(double fraction)
 void PreviewBaseViewController::registerForProgress()
 {
     const auto manager = itemManager.lock();
-    const auto url = manager && manager->item ? manager->item->resolvedURL() : std::nullopt;
+    const auto url = manager && manager->item() ? manager->item()->resolvedURL() : std::nullopt;
     if (!url)
         return;
     unregisterProgress();

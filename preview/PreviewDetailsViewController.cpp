@@ -19,7 +19,7 @@ std::shared_ptr<PreviewDetailsViewController> PreviewDetailsViewController::self
 std::shared_ptr<DRItem> PreviewDetailsViewController::item() const
 {
     const auto manager = itemManager.lock();
-    return manager ? manager->item : nullptr;
+    return manager ? manager->item() : nullptr;
 }
 
 void PreviewDetailsViewController::viewDidLoad()

@@ -1,6 +1,8 @@
 #include "platform/base/Describe.h"
 
+#include <array>
 #include <chrono>
+#include <cstddef>
 #include <cstdio>
 
 namespace tessel {
@@ -51,8 +53,9 @@ std::string describe(const Date& date)
 
 std::string describe(const Error& error)
 {
-    const auto* domain = error.domain == Domain::General ? "General" : "System";
-    return std::string("Error ") + domain + " " + std::to_string(error.code) + " \"" + error.description + "\"";
+    constexpr std::array kDomains = {"General", "System", "Cloud"};
+    const std::string domain = kDomains.at(static_cast<std::size_t>(error.domain));
+    return "Error " + domain + " " + std::to_string(error.code) + " \"" + error.description + "\"";
 }
 
 std::string describe(const Value& value)

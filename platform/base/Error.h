@@ -11,6 +11,7 @@ namespace tessel {
 enum class Domain {
     General, ///< The platform's own codes, named in ErrorCode.
     System,  ///< errno values that have no general code.
+    Cloud,   ///< Codes of the cloud document service, named in CloudErrorCode.
 };
 
 /// Codes of the general domain that the program makes or tests.
@@ -26,6 +27,10 @@ inline constexpr int kFormatting = 2048; ///< a value that is not in the form th
 inline constexpr int kUserCancelled = 3072;
 inline constexpr int kUnsupported = 3328;
 } // namespace ErrorCode
+
+namespace CloudErrorCode {
+inline constexpr int kNotInDrive = 7; ///< the service does not know the item
+} // namespace CloudErrorCode
 
 /// Entries of an error's user information.
 namespace ErrorKey {

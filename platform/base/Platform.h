@@ -2,6 +2,7 @@
 
 namespace tessel {
 
+class ActivityService;
 class ApplicationRegistry;
 class CloudService;
 class Clock;
@@ -38,6 +39,7 @@ struct Services {
     FolderReader& folders;
     CloudService& cloud;
     ProgressService& progress;
+    ActivityService& activities;
     GenerationalStorage& storage;
     DocumentDecoder& decoder;
     DocumentReader& documents;

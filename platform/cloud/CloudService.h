@@ -5,6 +5,7 @@
 #include "platform/base/Value.h"
 #include "platform/cloud/CloudContainer.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -19,6 +20,8 @@ inline constexpr const char* kCloudIdentityChangedNotification = "CloudIdentityC
 /// drive. Safe to use from any thread but for `signIn` and `signOut`, which belong to the main thread.
 class CloudService {
 public:
+    using BookmarkHandler = std::function<void(const Result<std::string>&)>;
+
     virtual ~CloudService() = default;
 
     /// Equal for the same account, different for another; none while nobody is signed in.
@@ -56,6 +59,10 @@ public:
     /// @returns a corrupt-file error (259) for what is no sound reference, or one of a ring, and a no-such-file error
     ///          (4) when its document is not in the drive
     virtual Result<URL> resolveExternalDocumentReference(const URL&) const = 0;
+
+    /// Asks for a string by which the item is found on any of the user's devices; a reference stands for its document.
+    /// @param answer told on the main queue: the string, or error 7 of the cloud's own for what is not in the drive
+    virtual void bookmarkableString(const URL&, const BookmarkHandler& answer) const = 0;
 
     /// The item's tag names; empty without any.
     virtual Result<std::vector<std::string>> tagNames(const URL&) const = 0;

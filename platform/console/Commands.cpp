@@ -8,6 +8,7 @@
 #include "platform/console/ScreenText.h"
 #include "platform/console/ShownControllers.h"
 #include "platform/documents/DocumentListController.h"
+#include "platform/documents/PeekController.h"
 #include "platform/log/StreamSink.h"
 #include "platform/ui/Application.h"
 #include "platform/ui/Device.h"
@@ -79,9 +80,9 @@ const Commands::Command Commands::kCommands[] = {
     {"clear", "", "empties the active text field", &Commands::clear},
     {"return", "", "presses the return key", &Commands::pressReturn},
     {"action", "NAME ACTION", "asks for an item's action", &Commands::action},
-    {"peek", "NAME", "presses a row until its peek shows", &Commands::notYet},
-    {"pop", "", "presses on, from a peek", &Commands::notYet},
-    {"release", "", "lets go of a peek", &Commands::notYet},
+    {"peek", "NAME", "presses a row until its peek shows", &Commands::peek},
+    {"pop", "", "presses on, from a peek", &Commands::pop},
+    {"release", "", "lets go of a peek", &Commands::release},
     {"search", "TEXT", "types into the list's search field; \"\" ends the search", &Commands::search},
     {"open", "URL", "opens a URL of the application's scheme", &Commands::notYet},
     {"shortcut", "KIND [ID]", "presses a home-screen shortcut", &Commands::notYet},
@@ -156,6 +157,36 @@ Answer Commands::back(Arguments)
 {
     const auto navigation = ShownControllers::now().navigation;
     return navigation && navigation->pressBack() ? Answer() : Answer::refused("there is no back button");
+}
+
+Answer Commands::peek(Arguments arguments)
+{
+    const auto shown = ShownControllers::now();
+    const auto screen = readScreen();
+    const auto row = findRow(screen, arguments[0]);
+    if (!row.element)
+        return {row.refusal, {}};
+    const auto list = std::dynamic_pointer_cast<DocumentListController>(shown.navigation->topViewController());
+    const bool shows = list && !shown.peek && PeekController::peek(list, *row.element->url);
+    return shows ? Answer() : Answer::refused(quoted(arguments[0]) + " has no peek");
+}
+
+Answer Commands::pop(Arguments)
+{
+    const auto peek = ShownControllers::now().peek;
+    if (!peek)
+        return Answer::refused("there is no peek on the screen");
+    peek->pop();
+    return {};
+}
+
+Answer Commands::release(Arguments)
+{
+    const auto peek = ShownControllers::now().peek;
+    if (!peek)
+        return Answer::refused("there is no peek on the screen");
+    peek->release();
+    return {};
 }
 
 Answer Commands::search(Arguments arguments)

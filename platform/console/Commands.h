@@ -57,6 +57,9 @@ private:
     Answer clear(Arguments);
     Answer pressReturn(Arguments);
     Answer action(Arguments);
+    Answer peek(Arguments);
+    Answer pop(Arguments);
+    Answer release(Arguments);
     Answer search(Arguments);
     Answer signIn(Arguments);
     Answer signOut(Arguments);

@@ -83,7 +83,8 @@ void addNavigationBar(Screen& screen, const ShownControllers& shown)
 {
     addLine(screen, "title", {shown.top->navigationItem.title()});
     addBackButton(screen, shown);
-    addBarItems(screen, shown.top->navigationItem);
+    if (!shown.peek)
+        addBarItems(screen, shown.top->navigationItem);
 }
 
 void addListRows(Screen& screen, const std::shared_ptr<DocumentListController>& list)

@@ -2,6 +2,7 @@
 
 #include "platform/base/Platform.h"
 #include "platform/documents/DocumentListController.h"
+#include "platform/documents/PeekController.h"
 #include "platform/documents/PreviewController.h"
 #include "platform/documents/SearchController.h"
 #include "platform/ui/AlertController.h"
@@ -47,6 +48,7 @@ void ShownControllers::add(const std::shared_ptr<ViewController>& presented)
     const auto stack = std::dynamic_pointer_cast<NavigationController>(presented);
     isStackCovered = !stack;
     navigation = stack ? stack : navigation;
+    peek = std::dynamic_pointer_cast<PeekController>(stack);
     top = stack ? stack->topViewController() : presented;
 }
 

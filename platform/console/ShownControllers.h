@@ -9,12 +9,14 @@ class AlertController;
 class DocumentListController;
 class NavigationController;
 class PreviewController;
+class PeekController;
 class SearchController;
 class ViewController;
 
 /// The controllers that the key window shows at this moment; each null when there is none of its kind.
 struct ShownControllers {
     std::shared_ptr<NavigationController> navigation; ///< the uppermost stack
+    std::shared_ptr<PeekController> peek;             ///< the same, when it is that of a peek
     std::shared_ptr<ViewController> top;              ///< its top controller, or what covers it but for what follows
     std::shared_ptr<DocumentListController> list;     ///< the top controller, when it is a list
     std::shared_ptr<PreviewController> preview;       ///< likewise, when it is a preview

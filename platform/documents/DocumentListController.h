@@ -45,6 +45,12 @@ public:
     {
         return false;
     }
+    /// What a peek at one of the items shows; null for none.
+    [[nodiscard]] virtual std::shared_ptr<ViewController> documentListControllerViewControllerForPreviewingItemAtURL(
+        DocumentListController&, const URL&)
+    {
+        return nullptr;
+    }
     /// The colour in which a tag is shown; asked again when the key-value store has changed.
     [[nodiscard]] virtual std::optional<Color> documentListControllerColorOfTag(const DocumentListController&,
                                                                                 const std::string& /*tag*/) const

@@ -21,6 +21,7 @@ enum class ResourceKey {
     ContentModificationDate,  ///< date
     IsDirectory,              ///< flag; also set for a package
     IsPackage,                ///< flag
+    IsRegularFile,            ///< flag
     HasHiddenExtension,       ///< flag
     ParentDirectoryURL,       ///< URL
     IsShared,                 ///< flag

@@ -7,6 +7,7 @@
 #include "platform/linux/cloud/CatalogStorage.h"
 #include "platform/linux/cloud/DocumentStore.h"
 #include "platform/linux/cloud/ExampleDrive.h"
+#include "platform/linux/cloud/FileActivities.h"
 #include "platform/linux/cloud/FileKeyValueStore.h"
 #include "platform/linux/cloud/LocalCloudService.h"
 #include "platform/linux/coordination/LinuxFileCoordination.h"
@@ -54,6 +55,7 @@ struct LinuxPlatform::Parts {
         if (!opened)
             return opened.error();
         cloud = std::move(opened.value());
+        activities.emplace(activitiesIn(home), *cloud, log);
         files.beforeMove = [this](const URL& url) { cloud->documentIdentifiers().recognizeBeforeMove(url); };
         storage.emplace(*cloud, cloud->documentIdentifiers());
         resources.emplace(files, types, cloud->documentIdentifiers());
@@ -81,6 +83,7 @@ struct LinuxPlatform::Parts {
     ProcessDecoder decoder;
     Device device;
     std::unique_ptr<LocalCloudService> cloud;
+    std::optional<FileActivities> activities;
     std::optional<CatalogStorage> storage;
     std::optional<LinuxResourceValues> resources;
     std::optional<LinuxFolderReader> folders;
@@ -131,6 +134,7 @@ platform::Services LinuxPlatform::services()
         .folders = *parts_->folders,
         .cloud = *parts_->cloud,
         .progress = parts_->progress,
+        .activities = *parts_->activities,
         .storage = *parts_->storage,
         .decoder = parts_->decoder,
         .documents = *parts_->openings,

@@ -1,6 +1,7 @@
 #include "platform/qt/Layer.h"
 
 #include "platform/base/Platform.h"
+#include "platform/documents/PeekController.h"
 #include "platform/qt/AlertButton.h"
 #include "platform/ui/AlertController.h"
 #include "platform/ui/Device.h"
@@ -16,6 +17,8 @@ constexpr double kPopoverWidth = 375;
 constexpr double kPopoverMargin = 16;   ///< to the window's edges
 constexpr double kPopoverHeight = 400;  ///< of one that has no size of its own
 constexpr double kTallestPopover = 0.8; ///< of the window
+constexpr double kWidestPeek = 480;
+constexpr double kTallestPeek = 640;
 
 /// The height that a view takes in this width; `otherwise` when it has none of its own.
 double heightOf(const View& view, double width, double most, double otherwise)
@@ -37,8 +40,16 @@ QString Layer::kind() const
 {
     if (const auto alert = this->alert())
         return alert->style() == AlertController::Style::Alert ? QStringLiteral("alert") : QStringLiteral("sheet");
-    const bool isPopover = controller()->presentationStyle == PresentationStyle::Popover;
-    return isPopover ? QStringLiteral("popover") : QStringLiteral("views");
+    switch (controller()->presentationStyle) {
+    case PresentationStyle::Popover:
+        return QStringLiteral("popover");
+    case PresentationStyle::Peek:
+        return QStringLiteral("peek");
+    case PresentationStyle::FullScreen:
+    case PresentationStyle::OverCurrentContext:
+        break;
+    }
+    return QStringLiteral("views");
 }
 
 QString Layer::message() const
@@ -153,6 +164,11 @@ void Layer::layOut(const Size& window, bool isTablet) const
             content->layoutView({0, 0, contentWidth_, heightOf(content->view(), contentWidth_, window.height, 0)});
         return;
     }
+    if (controller()->presentationStyle == PresentationStyle::Peek) {
+        const auto card = cardSize(window.width, window.height);
+        controller()->layoutView({0, 0, card.width(), card.height()});
+        return;
+    }
     if (controller()->presentationStyle != PresentationStyle::Popover) {
         controller()->layoutView({0, 0, window.width, window.height});
         return;
@@ -162,6 +178,12 @@ void Layer::layOut(const Size& window, bool isTablet) const
     controller()->layoutView({0, 0, width, heightOf(controller()->view(), width, most, kPopoverHeight)});
 }
 
+QSizeF Layer::cardSize(double windowWidth, double windowHeight) const
+{
+    return {std::min(windowWidth - 2 * kPopoverMargin, kWidestPeek),
+            std::min(windowHeight * kTallestPopover, kTallestPeek)};
+}
+
 bool Layer::cancel()
 {
     const auto controller = this->controller();
@@ -169,11 +191,22 @@ bool Layer::cancel()
         return false;
     if (const auto alert = this->alert())
         return alert->cancel();
+    if (const auto peek = std::dynamic_pointer_cast<PeekController>(controller)) {
+        peek->release();
+        return true;
+    }
     const auto presenting = controller->presentingViewController();
     if (kind() != QStringLiteral("popover") || !presenting)
         return false;
     presenting->dismiss(Animated::Yes);
     return true;
+}
+
+void Layer::pop()
+{
+    const auto peek = std::dynamic_pointer_cast<PeekController>(controller());
+    if (peek && phase() != Leaving)
+        peek->pop();
 }
 
 } // namespace tessel::qt

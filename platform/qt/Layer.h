@@ -6,6 +6,7 @@
 #include "platform/qt/views/NodeTree.h"
 
 #include <QRectF>
+#include <QSizeF>
 #include <QString>
 #include <QVariantList>
 
@@ -40,7 +41,7 @@ class Layer : public Presence {
 public:
     Layer(const std::shared_ptr<ViewController>&, bool dark, QObject* parent);
 
-    /// "alert", "sheet", "views" or "popover".
+    /// "alert", "sheet", "views", "popover" or "peek".
     [[nodiscard]] QString kind() const;
     [[nodiscard]] QString message() const;
     [[nodiscard]] Node* content(); ///< the area of an alert that is the program's own, or null
@@ -62,8 +63,13 @@ public:
     /// Lays out what the program shows in this layer.
     void layOut(const Size& window, bool isTablet) const;
 
-    /// A touch beside it, or Escape: cancels an alert, ends a popover; nothing else can be ended so.
+    /// How large a peek is in a window, in points.
+    Q_INVOKABLE QSizeF cardSize(double windowWidth, double windowHeight) const;
+
+    /// A touch beside it, or Escape: cancels an alert, ends a popover, lets go of a peek; nothing else can be ended so.
     Q_INVOKABLE bool cancel();
+    /// Opens what is peeked at.
+    Q_INVOKABLE void pop();
 
 signals:
     void titleChanged();

@@ -186,7 +186,7 @@ void Shell::layOut()
     for (const auto* const layer : layers_->layers()) {
         layer->layOut(window, isTablet());
         if (const auto navigation = layer->navigation())
-            layOutTop(*navigation, window);
+            layOutTop(*navigation, {navigation->view().frame().width, navigation->view().frame().height});
     }
 }
 

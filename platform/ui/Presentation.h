@@ -11,6 +11,7 @@ namespace tessel {
 enum class PresentationStyle {
     FullScreen,
     OverCurrentContext, ///< what lies beneath shows through where the view is clear
+    Peek,               ///< on a card, until it is let go of
     Popover,            ///< at its anchor on a tablet; from the bottom edge on a phone
 };
 

@@ -206,7 +206,7 @@ INSTANTIATE_TEST_SUITE_P(
         LinkCase{"step->hop hop->/usr", "step", "DLC Selection is symlink to outside target: ", {}},
         LinkCase{"broken->missing.txt", "broken", "DLC Selection is symlink that didn't resolve to valid target: ", {}},
         LinkCase{"A/B/C/ deep->A/B/C", "deep", "Building DLC stack for symlink to ", {"A", "B", "C"}},
-        LinkCase{"A/ A/Plan.txt doc->A/Plan.txt", "doc", "DRItem: Name=doc", {}}));
+        LinkCase{"A/ A/Plan.txt doc->A/Plan.txt", "doc", "DRItem: Name=doc", {"Plan.txt"}}));
 
 TEST_F(NavControllerTest, FollowsTheAccount)
 {
@@ -250,10 +250,10 @@ TEST_F(NavControllerTest, RefusesToWarpOutOfTheDriveOrIntoItsTrash)
     launch();
     navigation()->present(UnavailableViewController::create(), Animated::No);
 
-    EXPECT_FALSE(navigation()->warpToNewURL(URL::file("/etc/passwd")));
+    EXPECT_FALSE(navigation()->warpToNewURL(URL::file("/etc/passwd"), 0));
     EXPECT_EQ(navigation()->presentedViewController(), nullptr);
-    EXPECT_FALSE(navigation()->warpToNewURL(drive.url(".Trash/Old.txt")));
-    EXPECT_FALSE(navigation()->warpToNewURL(std::nullopt));
+    EXPECT_FALSE(navigation()->warpToNewURL(drive.url(".Trash/Old.txt"), 0));
+    EXPECT_FALSE(navigation()->warpToNewURL(std::nullopt, 0));
     EXPECT_THAT(platform.log->lines(), Contains(HasSubstr("Preview URL is in Trash: " + at(".Trash/Old.txt"))));
 }
 

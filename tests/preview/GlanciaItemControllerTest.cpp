@@ -24,7 +24,7 @@ protected:
     [[nodiscard]] static std::shared_ptr<PreviewItemManager> managerOf(const URL& url)
     {
         auto manager = std::make_shared<PreviewItemManager>();
-        manager->item = DRItem::initWithURL(url);
+        manager->setItem(DRItem::initWithURL(url), false);
         return manager;
     }
 

@@ -35,7 +35,7 @@ class PreviewBaseViewControllerTest : public testing::Test {
 protected:
     PreviewBaseViewControllerTest()
     {
-        manager->item = DRItem::initWithURL(drive.file("Plan.txt", "the content"));
+        manager->setItem(DRItem::initWithURL(drive.file("Plan.txt", "the content")), false);
         preview->itemManager = manager;
         device.setScreenBounds({0, 0, 375, 667});
     }
@@ -114,7 +114,7 @@ TEST_F(PreviewBaseViewControllerTest, PlacesItsButtonsByTheKindOfDevice)
     EXPECT_EQ(preview->navigationItem.rightItems()[0]->customView(), preview->openIn);
 
     device.idiom = Idiom::Pad;
-    manager->item.reset();
+    manager->setItem(nullptr, false);
     preview->configureButtons();
     EXPECT_TRUE(navigation->toolbarHidden());
     const auto& items = preview->navigationItem.rightItems();
@@ -123,7 +123,7 @@ TEST_F(PreviewBaseViewControllerTest, PlacesItsButtonsByTheKindOfDevice)
                 ElementsAre(preview->barButtonActionItem, preview->barButtonDeleteItem, preview->barButtonMoveItem));
     for (const auto& item : {items[0], items[2], items[4]})
         EXPECT_FALSE(item->enabled());
-    manager->item = DRItem::initWithURL(drive.url("Plan.txt"));
+    manager->setItem(DRItem::initWithURL(drive.url("Plan.txt")), false);
     preview->refreshItem();
     EXPECT_TRUE(items[0]->enabled() && items[2]->enabled() && items[4]->enabled());
 }
@@ -183,7 +183,7 @@ TEST_F(PreviewBaseViewControllerTest, LogsEachTwentiethOfAProgressOnce)
 TEST_F(PreviewBaseViewControllerTest, FollowsTheProgressOfItsFileUntilItEndsOrTheViewGoes)
 {
     auto& service = platform.services().progress;
-    const auto url = *manager->item->resolvedURL();
+    const auto url = *manager->item()->resolvedURL();
     const auto blockLines = [&] { return linesOf("-[PreviewBaseViewController registerForProgress]_block_invoke"); };
     show();
     preview->registerForProgress();

@@ -43,7 +43,7 @@ protected:
     PreviewDetailsViewControllerTest()
     {
         DesktopOfTest(platform.desktop).editor("Pad", "text/plain;");
-        manager->item = DRItem::initWithURL(drive.file("Report.txt", "content"));
+        manager->setItem(DRItem::initWithURL(drive.file("Report.txt", "content")), false);
         details->itemManager = manager;
         details->mode = 1;
     }
@@ -207,7 +207,7 @@ TEST_F(PreviewDetailsViewControllerTest, IsAColumnUnlessTheScreenIsWiderThanHigh
 TEST_F(PreviewDetailsViewControllerTest, DatesGetShorterAsTheWindowNarrows)
 {
     show({375, 667});
-    const auto date = [&](DateStyle style) { return *manager->item->friendlyCreationDate(style); };
+    const auto date = [&](DateStyle style) { return *manager->item()->friendlyCreationDate(style); };
     // Margins of 16, names of 8 letters of 7.5, and 10 between the columns.
     const auto roomFor = [&](DateStyle style) { return 16 + 60 + 10 + std::ceil(widthOf(date(style))); };
     const std::pair<double, DateStyle> kWidths[] = {{roomFor(DateStyle::Long), DateStyle::Long},
@@ -237,7 +237,7 @@ TEST_F(PreviewDetailsViewControllerTest, OffersTheApplicationInTheBarOrTheView)
                 testing::Contains(HasSubstr("openInDefaultApp:] (*) ================= Pressed")));
 
     details = std::make_shared<PreviewDetailsViewController>();
-    manager->item = DRItem::initWithURL(drive.file("Report.unknown", ""));
+    manager->setItem(DRItem::initWithURL(drive.file("Report.unknown", "")), false);
     details->itemManager = manager;
     show({768, 1024}, Idiom::Pad);
     EXPECT_FALSE(details->openInAppButton);
@@ -267,7 +267,7 @@ TEST_F(PreviewDetailsViewControllerTest, ShowsOnlyCancelAndDoneWhileTheNameIsEdi
     EXPECT_EQ(details->navigationItem.rightItems(), before);
     EXPECT_TRUE(navigation->backTarget());
 
-    manager->item.reset();
+    manager->setItem(nullptr, false);
     EXPECT_FALSE(field.becomeFirstResponder()) << "there is nothing to rename";
 }
 
@@ -290,7 +290,7 @@ TEST_F(PreviewDetailsViewControllerTest, RenamesHoweverEditingEnds)
         EXPECT_EQ(details->originalFilename, name);
         const auto renamed = drive.url(name + ".txt");
         ASSERT_TRUE(std::filesystem::exists(renamed.path())) << name;
-        manager->item = DRItem::initWithURL(renamed);
+        manager->setItem(DRItem::initWithURL(renamed), false);
         details->refreshItem();
         EXPECT_EQ(field.text(), name + ".txt");
     }
@@ -372,12 +372,12 @@ TEST_F(PreviewDetailsViewControllerTest, KeepsWhatIsBeingTypedUntilTheItemHasAno
     auto& field = edit("Bud");
     field.setSelection({1, 0});
     drive.file("Report.txt", "more content");
-    manager->item = DRItem::initWithURL(drive.url("Report.txt"));
+    manager->setItem(DRItem::initWithURL(drive.url("Report.txt")), false);
     layOut({667, 375}); // which refreshes
     EXPECT_EQ(field.text(), "Bud");
     EXPECT_EQ(field.selection(), (TextRange{1, 0}));
 
-    manager->item = DRItem::initWithURL(drive.file("Moved.txt", ""));
+    manager->setItem(DRItem::initWithURL(drive.file("Moved.txt", "")), false);
     details->refreshItem();
     EXPECT_EQ(field.text(), "Moved.txt");
     EXPECT_EQ(details->originalFilename, "Moved.txt");

@@ -2,6 +2,7 @@
 
 #include "platform/apps/ApplicationRegistry.h"
 #include "platform/base/Platform.h"
+#include "platform/cloud/ActivityService.h"
 #include "platform/documents/DocumentDecoder.h"
 #include "platform/linux/LinuxPlatform.h"
 #include "platform/log/UnifiedLog.h"
@@ -79,11 +80,12 @@ template <typename Wrapper>
             return service;
     };
     const auto& [clock, mainQueue, notifications, log, text, types, files, coordination, resources, folders, cloud,
-                 progress, storage, decoder, documents, apps, defaults, keyValues, device] = platform::installed();
-    return {either(clock), either(mainQueue), either(notifications), either(log),       either(text),
-            either(types), either(files),     either(coordination),  either(resources), either(folders),
-            either(cloud), either(progress),  either(storage),       either(decoder),   either(documents),
-            either(apps),  either(defaults),  either(keyValues),     either(device)};
+                 progress, activities, storage, decoder, documents, apps, defaults, keyValues, device] =
+        platform::installed();
+    return {either(clock),     either(mainQueue), either(notifications), either(log),       either(text),
+            either(types),     either(files),     either(coordination),  either(resources), either(folders),
+            either(cloud),     either(progress),  either(activities),    either(storage),   either(decoder),
+            either(documents), either(apps),      either(defaults),      either(keyValues), either(device)};
 }
 
 } // namespace tessel

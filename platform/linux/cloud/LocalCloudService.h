@@ -66,6 +66,9 @@ public:
     [[nodiscard]] bool isExternalDocumentReference(const URL&) const override;
     Result<URL> resolveExternalDocumentReference(const URL&) const override;
 
+    /// "drive:" and the percent-encoded path below the folder that holds all containers.
+    void bookmarkableString(const URL&, const BookmarkHandler& answer) const override;
+
     Result<std::vector<std::string>> tagNames(const URL&) const override;
 
     /// Only in the home's own drive: a bound one has no place for the content (3328).

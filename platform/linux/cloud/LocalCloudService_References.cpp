@@ -3,6 +3,7 @@
 #include "platform/linux/cloud/ExternalReference.h"
 #include "platform/linux/cloud/LocalCloudService.h"
 #include "platform/linux/cloud/Placeholder.h"
+#include "platform/run/MainQueue.h"
 
 #include <unistd.h>
 
@@ -20,11 +21,40 @@ bool isRegularFile(const FileManager& files, const URL& url)
     return attributes && attributes->kind == FileKind::RegularFile;
 }
 
+/// The URL that a document has on the device, also when it is not there.
+URL logicalURL(const URL& url)
+{
+    const auto record = isPlaceholderName(url.lastPathComponent()) ? readPlaceholder(url) : errnoError(EINVAL, url);
+    return record ? url.deletingLastPathComponent().appending(record->name) : url;
+}
+
+Error notInDriveError(const URL& url)
+{
+    auto error = errnoError(ENOENT, url);
+    error.domain = Domain::Cloud;
+    error.code = CloudErrorCode::kNotInDrive;
+    return error;
+}
+
+std::string bookmarkOf(const std::string& pathInRoot)
+{
+    constexpr std::string_view kFileScheme = "file://";
+    return "drive:" + URL::file('/' + pathInRoot).absoluteString().substr(kFileScheme.size());
+}
+
 } // namespace
 
 std::optional<std::string> LocalCloudService::pathInSyncedRoot(const URL& url) const
 {
     return places_.pathInRoot(url);
+}
+
+void LocalCloudService::bookmarkableString(const URL& url, const BookmarkHandler& answer) const
+{
+    const auto target = isExternalDocumentReference(url) ? resolveExternalDocumentReference(url) : url;
+    const auto path = target ? pathInSyncedRoot(logicalURL(*target)) : std::nullopt;
+    auto string = path ? Result(bookmarkOf(*path)) : Result<std::string>(notInDriveError(url));
+    options_.mainQueue.async([answer, string = std::move(string)] { answer(string); });
 }
 
 // A document that is not on the device is a placeholder, which moves as any file does, and its content lies in the one

@@ -120,6 +120,8 @@ private:
             return isFolder();
         case ResourceKey::IsPackage:
             return isPackage();
+        case ResourceKey::IsRegularFile:
+            return attributes_.kind == FileKind::RegularFile;
         case ResourceKey::DownloadingStatus:
             return DownloadingStatus::kCurrent;
         case ResourceKey::ThumbnailDictionary:
@@ -185,6 +187,8 @@ private:
         case ResourceKey::IsDirectory:
         case ResourceKey::IsPackage:
             return types_.conforms(type(), TypeIdentifier::kPackage);
+        case ResourceKey::IsRegularFile:
+            return !types_.conforms(type(), TypeIdentifier::kPackage);
         case ResourceKey::DownloadingStatus:
             return DownloadingStatus::kNotDownloaded;
         default:

@@ -187,12 +187,18 @@ QVariantList FolderList::actions() const
     return controller ? actionsOf(*controller) : QVariantList();
 }
 
+QVariantList FolderList::menu() const
+{
+    const auto controller = controller_.lock();
+    return controller ? menuOf(*controller) : QVariantList();
+}
+
 void FolderList::perform(int row, int code)
 {
     const auto controller = controller_.lock();
     const auto now = indexNow(row);
     if (controller && now)
-        controller->performAction(static_cast<ListAction>(code), controller->row(*now).url, nullptr, {});
+        performEntry(controller, code, controller->row(*now).url);
 }
 
 void FolderList::setVisibleRange(int first, int count)

@@ -65,6 +65,8 @@ public:
 
     /// Maps of `code`, `title`, `symbol` and `destructive`, in the order of a menu.
     [[nodiscard]] Q_INVOKABLE QVariantList actions() const;
+    /// The same for the menu of one item: with its peek.
+    [[nodiscard]] Q_INVOKABLE QVariantList menu() const;
     Q_INVOKABLE void perform(int row, int code);
 
     /// The rows that can be seen, for which details are fetched; none while the list is covered.

@@ -1,6 +1,9 @@
 #include "platform/qt/lists/ListActions.h"
 
+#include "platform/base/Platform.h"
 #include "platform/documents/DocumentListController.h"
+#include "platform/documents/PeekController.h"
+#include "platform/text/TextServices.h"
 
 #include <QString>
 #include <QVariantMap>
@@ -41,6 +44,24 @@ QVariantList actionsOf(const DocumentListController& list)
                                    {"symbol", symbolOf(action)},
                                    {"destructive", action == ListAction::Delete}});
     return actions;
+}
+
+QVariantList menuOf(const DocumentListController& list)
+{
+    const auto title = platform::installed().text.localized("Preview");
+    const QVariantMap peek{{"code", kPeekCode},
+                           {"title", QString::fromStdString(title)},
+                           {"symbol", QStringLiteral("preview")},
+                           {"destructive", false}};
+    return QVariantList{peek} + actionsOf(list);
+}
+
+void performEntry(const std::shared_ptr<DocumentListController>& list, int code, const URL& item)
+{
+    if (code == kPeekCode)
+        PeekController::peek(list, item);
+    else
+        list->performAction(static_cast<ListAction>(code), item, nullptr, {});
 }
 
 } // namespace tessel::qt

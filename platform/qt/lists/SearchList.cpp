@@ -88,6 +88,12 @@ QVariantList SearchList::actions() const
     return list ? actionsOf(*list) : QVariantList();
 }
 
+QVariantList SearchList::menu() const
+{
+    const auto list = list_.lock();
+    return list ? menuOf(*list) : QVariantList();
+}
+
 void SearchList::perform(int row, int code)
 {
     const auto controller = controller_.lock();
@@ -96,7 +102,7 @@ void SearchList::perform(int row, int code)
     if (!controller || !list || !now)
         return;
     const auto url = controller->results()[*now].url;
-    list->performAction(static_cast<ListAction>(code), url, nullptr, {});
+    performEntry(list, code, url);
 }
 
 } // namespace tessel::qt

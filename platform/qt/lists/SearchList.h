@@ -34,6 +34,8 @@ public:
     Q_INVOKABLE void press(int row);
     /// Maps of `code`, `title`, `symbol` and `destructive`, in the order of a menu.
     [[nodiscard]] Q_INVOKABLE QVariantList actions() const;
+    /// The same for the menu of one item: with its peek.
+    [[nodiscard]] Q_INVOKABLE QVariantList menu() const;
     Q_INVOKABLE void perform(int row, int code);
     [[nodiscard]] Q_INVOKABLE QString accessibleName(int row) const { return this->row(row).accessibleName; }
 

@@ -53,7 +53,7 @@ QtObject {
         case Qt.Key_Backspace: return shell.back()
         case Qt.Key_Return:
         case Qt.Key_Enter: return index >= 0 && (list.press(index), true)
-        case Qt.Key_Space: return index >= 0 && typed.length === 0 && (list.press(index), true)
+        case Qt.Key_Space: return index >= 0 && typed.length === 0 && (view.editing ? list.press(index) : list.perform(index, -1), true)
         case Qt.Key_Delete: return perform(index, 0)
         case Qt.Key_F2: return perform(index, 3)
         case Qt.Key_Menu: return menu(index)

@@ -1,7 +1,7 @@
 import QtQuick
 
-// Views of the program's own over the pages: all over them, or in a popover, which on a phone comes from the bottom
-// edge.
+// Views of the program's own over the pages: all over them, on the card of a peek, or in a popover, which on a phone
+// comes from the bottom edge.
 FocusScope {
     id: views
 
@@ -13,7 +13,8 @@ FocusScope {
         anchors.fill: parent
         focus: true
         active: views.presented ? true : false
-        sourceComponent: views.presented?.kind !== "popover" ? whole : shell.tablet ? pointing : rising
+        sourceComponent: views.presented?.kind === "peek" ? card : views.presented?.kind !== "popover" ? whole
+                         : shell.tablet ? pointing : rising
     }
 
     Component {
@@ -52,6 +53,19 @@ FocusScope {
 
         PageArea {
             stack: views.presented.pages
+        }
+    }
+
+    Component {
+        id: card
+
+        Item {
+            PeekCard {
+                anchors.centerIn: parent
+                presented: views.presented
+                presence: views.presence
+                size: views.presented.cardSize(views.width, views.height)
+            }
         }
     }
 

@@ -8,11 +8,11 @@ Loader {
     property var tracked
 
     function open(list, index, title, position) {
-        if (index < 0 || list.actions().length === 0)
+        if (index < 0)
             return
         menuLayer.list = list
         menuLayer.tracked = list.track(index)
-        setSource("ActionMenu.qml", {"actions": list.actions(), "title": title, "position": position})
+        setSource("ActionMenu.qml", {"actions": list.menu(), "title": title, "position": position})
         active = true
     }
 
