@@ -116,7 +116,9 @@ LinuxPlatform::LinuxPlatform(std::unique_ptr<Parts> parts) : parts_(std::move(pa
 
 LinuxPlatform::~LinuxPlatform()
 {
-    parts_->mainQueue.drop(); // tasks hold controllers, and these folders that are open
+    // Tasks hold controllers, and these folders that are open and documents that are followed.
+    const platform::Scope scope(services());
+    parts_->mainQueue.drop();
 }
 
 platform::Services LinuxPlatform::services()

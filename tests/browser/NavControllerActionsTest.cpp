@@ -67,7 +67,7 @@ protected:
 TEST_F(NavControllerActionsTest, OffersWhatItCanDo)
 {
     EXPECT_THAT(navigation()->getTopDocumentListController()->actions(),
-                ElementsAre(ListAction::Rename, ListAction::Delete));
+                ElementsAre(ListAction::Pop, ListAction::Info, ListAction::Rename, ListAction::Delete));
     perform(ListAction::More, drive.url());
     EXPECT_EQ(completions, 0);
     navigation()->documentListControllerPerformAction(*navigation()->getTopDocumentListController(), 9, drive.url(),

@@ -224,14 +224,5 @@ TEST_F(PreviewBaseViewControllerTest, FollowsTheProgressOfItsFileUntilItEndsOrTh
     EXPECT_TRUE(weak.expired());
 }
 
-TEST_F(PreviewBaseViewControllerTest, TellsItsManagerThatItGoes)
-{
-    show();
-    manager->detailsViewController = preview;
-    navigation->popViewController(Animated::No);
-    platform.settle();
-    EXPECT_FALSE(manager->detailsViewController);
-}
-
 } // namespace
 } // namespace tessel
