@@ -12,8 +12,9 @@ namespace {
 
 constexpr int kFirstRows = 5; ///< that every window has room for
 
-// Not by QObject's own tree, in which a loader's item has no fixed place.
-QQuickItem* find(QQuickItem* item, const QString& name)
+} // namespace
+
+QQuickItem* Meter::find(QQuickItem* item, const QString& name)
 {
     if (item->objectName() == name && item->isVisible())
         return item;
@@ -22,8 +23,6 @@ QQuickItem* find(QQuickItem* item, const QString& name)
             return found;
     return nullptr;
 }
-
-} // namespace
 
 Meter::Meter(int rows) : rows_(rows)
 {

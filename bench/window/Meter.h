@@ -23,6 +23,9 @@ protected:
     /// After each frame, with the time since the one before, in milliseconds.
     virtual void painted(double since) = 0;
 
+    /// The first visible item of a name in an item, itself included. Not by QObject's own tree, in which a loader's
+    /// item has no fixed place.
+    [[nodiscard]] static QQuickItem* find(QQuickItem*, const QString& name);
     /// The list with all its rows, of which the first ones are in the scene; null: not yet.
     [[nodiscard]] QQuickItem* list() const;
     [[nodiscard]] bool isShown() const;

@@ -1,6 +1,7 @@
 #include "bench/window/MeterPlugin.h"
 
 #include "bench/window/FirstFrame.h"
+#include "bench/window/Pictures.h"
 #include "bench/window/Scrolling.h"
 
 namespace tessel {
@@ -14,6 +15,8 @@ QObject* MeterPlugin::create(const QString& key, const QString&)
         return new FirstFrame(qEnvironmentVariableIntValue("TESSEL_METER_ROWS"));
     if (what == "scroll")
         return new Scrolling(qEnvironmentVariableIntValue("TESSEL_METER_ROWS"));
+    if (what == "pictures" || what == "pictures-scroll")
+        return new Pictures(qEnvironmentVariableIntValue("TESSEL_METER_ROWS"), what != "pictures");
     return nullptr;
 }
 

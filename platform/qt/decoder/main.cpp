@@ -26,7 +26,7 @@ namespace {
 using namespace tessel;
 
 constexpr int kMostMegabytes = 512; // for the pixels of one picture
-constexpr int kNiceness = 5;        // what is on screen moves on meanwhile
+constexpr int kNiceness = 5; // what is on screen moves on meanwhile
 
 /// What the user's own settings and a document's mistakes would otherwise change, or write to a terminal.
 void becomeQuiet()

@@ -8,6 +8,7 @@ Item {
     // A document without one answers an empty image.
     readonly property bool ready: image.status === Image.Ready && image.implicitWidth > 0
 
+    objectName: "thumbnail"
     Accessible.ignored: true
 
     Image {

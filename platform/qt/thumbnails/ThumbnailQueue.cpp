@@ -16,7 +16,7 @@ struct ThumbnailQueue::Job {
 
 ThumbnailQueue::ThumbnailQueue(ThumbnailCache cache, Maker maker, std::size_t makers)
     : cache_(std::move(cache)), maker_(std::move(maker)),
-      making_("thumbnails make", QualityOfService::Background, makers),
+      making_("thumbnails make", QualityOfService::Utility, makers),
       looking_("thumbnails look", QualityOfService::Utility)
 {
 }
@@ -94,21 +94,18 @@ void ThumbnailQueue::lookNext()
 
 void ThumbnailQueue::makeNext()
 {
-    if (const auto job = takeNewest(toMake_))
-        finish(job, make(*job));
-}
-
-QImage ThumbnailQueue::make(const Job& job) const
-{
-    const auto& original = *job.original;
-    const auto made = maker_(original, job.key.second, stop_.get_token());
+    const auto job = takeNewest(toMake_);
+    if (!job)
+        return;
+    const auto& original = *job->original;
+    const auto made = maker_(original, job->key.second, stop_.get_token());
     if (!original.isUnchanged()) // it is being written: what was read may be half of it
-        return {};
+        return finish(job, {});
     if (made.outcome == MadeThumbnail::Outcome::Failed)
         cache_.markFailed(original);
-    if (made.outcome == MadeThumbnail::Outcome::Made)
-        cache_.save(original, job.key.second, made.image);
-    return made.image;
+    finish(job, made.image);
+    if (made.outcome == MadeThumbnail::Outcome::Made) // which takes longer than the way to the screen
+        cache_.save(original, job->key.second, made.image);
 }
 
 void ThumbnailQueue::finish(const std::shared_ptr<Job>& job, const QImage& image)

@@ -43,7 +43,6 @@ private:
 
     void lookNext();
     void makeNext();
-    [[nodiscard]] QImage make(const Job&) const;
     [[nodiscard]] std::shared_ptr<Job> takeNewest(Jobs&);
     void finish(const std::shared_ptr<Job>&, const QImage&);
 
