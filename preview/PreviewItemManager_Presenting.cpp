@@ -246,8 +246,9 @@ void PreviewItemManager::accommodatePresentedItemDeletionWithCompletionHandler(c
     TSD_INFO("Accommodate deletion: %@", itemURL());
     completion(std::nullopt);
     unregisterAsFilePresenter();
-    if (const auto self = weak_from_this().lock())
-        DispatchQueue::main().async([self] { self->leavePreview(); });
+    // No copy stays behind on this thread: its queue cannot end on it.
+    if (auto self = weak_from_this().lock())
+        DispatchQueue::main().async([self = std::move(self)] { self->leavePreview(); });
 }
 
 void PreviewItemManager::leavePreview()

@@ -67,8 +67,7 @@ PresentedItem::~PresentedItem()
 void PresentedItem::follow()
 {
     const std::lock_guard lock(mutex_);
-    watch();
-    sight_ = sight();
+    watchAnew();
 }
 
 void PresentedItem::end()
@@ -122,9 +121,7 @@ void PresentedItem::takeMove(const std::string& to, bool silently)
         if (path_ == to)
             return;
         path_ = to;
-        unwatch();
-        watch();
-        sight_ = sight();
+        watchAnew();
     }
     if (!silently)
         tell([url = URL::file(to)](FilePresenter& presenter) { presenter.presentedItemDidMoveToURL(url); });
@@ -139,10 +136,8 @@ void PresentedItem::takeChange(bool silently)
         hasChanged = now && now != sight_;
         const bool isAnother = hasChanged && (!sight_ || !now->stamp.isSameItem(sight_->stamp));
         sight_ = now;
-        if (isAnother) {
-            unwatch();
-            watch();
-        }
+        if (isAnother)
+            watchAnew();
     }
     if (hasChanged && !silently)
         tell([](FilePresenter& presenter) { presenter.presentedItemDidChange(); });
@@ -153,7 +148,7 @@ void PresentedItem::lookAgain(bool isInside)
     {
         const std::lock_guard lock(mutex_);
         if (!sight()) {
-            if (sight_ && !std::exchange(isJudging_, true))
+            if (sight_)
                 judgeAbsenceLater();
             return;
         }
@@ -165,6 +160,8 @@ void PresentedItem::lookAgain(bool isInside)
 
 void PresentedItem::judgeAbsenceLater()
 {
+    if (std::exchange(isJudging_, true))
+        return;
     mainQueue_.after(kGrace, [item = weak_from_this()] {
         if (const auto self = item.lock())
             self->judgeAbsence();
@@ -180,10 +177,8 @@ void PresentedItem::judgeAbsence()
         if (!sight_) // somebody has told of it meanwhile
             return;
         if (!sight()) {
-            if (std::chrono::steady_clock::now() < moveExpectedUntil_) {
-                isJudging_ = true;
+            if (std::chrono::steady_clock::now() < moveExpectedUntil_)
                 return judgeAbsenceLater();
-            }
             place = placeOfItem();
             if (!place)
                 sight_.reset();
@@ -197,6 +192,23 @@ void PresentedItem::judgeAbsence()
         });
     takeMove(*place, false);
     takeChange(false);
+}
+
+// What is looked at is what the descriptor leads to, and nothing that happens after the look goes unseen.
+void PresentedItem::watchAnew()
+{
+    constexpr int kTries = 8; // an editor may replace it at any moment
+    for (int i = 0; i < kTries; ++i) {
+        unwatch();
+        watch();
+        const auto now = sight();
+        if (!now)
+            return judgeAbsenceLater();
+        sight_ = now;
+        const auto open = stampOf(item_.get());
+        if (open && open->isSameItem(now->stamp))
+            return;
+    }
 }
 
 void PresentedItem::watch()
@@ -235,12 +247,14 @@ std::optional<PresentedItem::Sight> PresentedItem::sight() const
     return Sight{*stamp, status.st_ctim.tv_sec * 1'000'000'000 + status.st_ctim.tv_nsec};
 }
 
-// Where the item is now, if it is anywhere.
+// Where the item is now, if it is anywhere: also where it was moved to and then saved by replacing it.
 std::optional<std::string> PresentedItem::placeOfItem() const
 {
-    const auto place = item_.isOpen() ? linkText("/proc/self/fd/" + std::to_string(item_.get())) : std::nullopt;
+    auto place = item_.isOpen() ? linkText("/proc/self/fd/" + std::to_string(item_.get())) : std::nullopt;
+    if (place && place->ends_with(kDeleted))
+        place->resize(place->size() - kDeleted.size());
     struct stat ignored = {};
-    if (!place || place->ends_with(kDeleted) || isHidden(*place) || ::lstat(place->c_str(), &ignored) != 0)
+    if (!place || isHidden(*place) || ::lstat(place->c_str(), &ignored) != 0)
         return std::nullopt;
     const auto url = URL::file(*place);
     if (!isPlaceholderName(url.lastPathComponent()))

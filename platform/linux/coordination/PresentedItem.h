@@ -69,6 +69,7 @@ private:
     void lookAgain(bool isInside);
     void judgeAbsenceLater();
     void judgeAbsence();
+    void watchAnew();
     void watch();
     void unwatch();
     [[nodiscard]] std::optional<Sight> sight() const;
