@@ -1,6 +1,7 @@
 #include "platform/qt/Page.h"
 
 #include "platform/documents/DocumentListController.h"
+#include "platform/documents/PreviewController.h"
 #include "platform/documents/UnavailableViewController.h"
 #include "platform/qt/BarItems.h"
 #include "platform/qt/PageStack.h"
@@ -13,12 +14,16 @@ Page::Page(const std::shared_ptr<ViewController>& controller, bool dark, QObject
 {
     if (const auto list = std::dynamic_pointer_cast<DocumentListController>(controller))
         list_ = new FolderList(list, this);
+    if (const auto preview = std::dynamic_pointer_cast<PreviewController>(controller))
+        preview_ = new DocumentPreview(preview, this);
 }
 
 QString Page::kind() const
 {
     if (list_)
         return QStringLiteral("list");
+    if (preview_)
+        return QStringLiteral("preview");
     const bool isUnavailable = std::dynamic_pointer_cast<UnavailableViewController>(controller()) != nullptr;
     return isUnavailable ? QStringLiteral("unavailable") : QStringLiteral("views");
 }
@@ -50,6 +55,8 @@ void Page::sync(const NavigationController& navigation, const ViewController* be
     assign(isToolbarHidden_, !PageStack::hasToolbar(navigation, *controller()), &Page::toolbarHiddenChanged);
     if (list_)
         list_->sync();
+    if (preview_)
+        preview_->sync();
 }
 
 void Page::syncBack(const ViewController* below)

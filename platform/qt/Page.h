@@ -2,6 +2,7 @@
 
 #include "platform/qt/Presence.h"
 #include "platform/qt/lists/FolderList.h"
+#include "platform/qt/preview/DocumentPreview.h"
 #include "platform/qt/views/Node.h"
 #include "platform/qt/views/NodeTree.h"
 
@@ -32,18 +33,20 @@ class Page : public Presence {
     Q_PROPERTY(QString message READ message CONSTANT)
     Q_PROPERTY(bool underBars READ isUnderBars CONSTANT)
     Q_PROPERTY(tessel::qt::FolderList* list READ list CONSTANT)
+    Q_PROPERTY(tessel::qt::DocumentPreview* preview READ preview CONSTANT)
     Q_PROPERTY(tessel::qt::Node* root READ root CONSTANT)
 
 public:
     Page(const std::shared_ptr<ViewController>&, bool dark, QObject* parent);
 
-    /// "list", "unavailable" or "views".
+    /// "list", "preview", "unavailable" or "views".
     [[nodiscard]] QString kind() const;
     /// Why there is nothing to see, on an unavailable page.
     [[nodiscard]] QString message() const;
     /// Whether the view lies under the bars as well.
     [[nodiscard]] bool isUnderBars() const;
-    [[nodiscard]] FolderList* list() const { return list_; } ///< null on other pages
+    [[nodiscard]] FolderList* list() const { return list_; }            ///< null on other pages
+    [[nodiscard]] DocumentPreview* preview() const { return preview_; } ///< likewise
     /// The view of a page of views; null on other pages. Its size is that between the bars, or of the page.
     [[nodiscard]] Node* root();
 
@@ -72,6 +75,7 @@ private:
 
     NodeTree views_;
     FolderList* list_ = nullptr;
+    DocumentPreview* preview_ = nullptr;
     QString title_;
     QString backTitle_; ///< what the back button leads to
     bool canGoBack_ = false;

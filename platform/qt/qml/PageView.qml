@@ -78,7 +78,7 @@ FocusScope {
         width: view.width
         height: (view.page.underBars ? view.height : toolbar.y) - y
         focus: true
-        source: view.page.kind === "list" ? "FolderPage.qml" : view.page.kind === "views" ? "ViewPage.qml" : "UnavailablePage.qml"
+        source: ({ list: "FolderPage.qml", preview: "PreviewPage.qml", views: "ViewPage.qml" })[view.page.kind] ?? "UnavailablePage.qml"
         onLoaded: item.page = Qt.binding(() => view.page)
 
         Binding {

@@ -9,7 +9,10 @@ Item {
     readonly property real room: view.height - 4
     readonly property bool needed: view.height > 0 && content > view.height + 1 // a new list has no height yet
     readonly property real length: Math.max(36, room * view.height / Math.max(1, content))
-    readonly property real part: (view.contentY - view.originY) / Math.max(1, content - view.height)
+    property real part: (view.contentY - view.originY) / Math.max(1, content - view.height)
+
+    // What goes to a part of the content, where that is more than the view holds; null: the view does.
+    property var seek: null
 
     objectName: "scrollThumb"
     anchors.right: parent.right
@@ -59,7 +62,10 @@ Item {
                 return
             const top = thumb.y - 2 + event.y - grip
             const part = Math.max(0, Math.min(1, top / Math.max(1, thumb.room - thumb.length)))
-            thumb.view.contentY = thumb.view.originY + part * (thumb.content - thumb.view.height)
+            if (thumb.seek)
+                thumb.seek(part)
+            else
+                thumb.view.contentY = thumb.view.originY + part * (thumb.content - thumb.view.height)
         }
     }
 }
