@@ -176,7 +176,7 @@ void PreviewController::inspect()
         if (facts.problem)
             fail(*facts.problem, "");
         else
-            show({facts, nullptr});
+            show({facts.kind == ContentKind::Text ? ContentFacts() : facts, nullptr}); // none that was found to be one
     });
 }
 

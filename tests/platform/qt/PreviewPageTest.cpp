@@ -17,15 +17,16 @@ protected:
         return *document;
     }
 
-    /// A document's preview over the drive's list, with the item of this name in it.
+    /// A document's preview in the window, with the item of this name in it.
     QQuickItem* openPreview(const URL& url, const QString& itemName)
     {
         document = url;
-        openDrive();
         preview->dataSource = this;
         preview->reloadData();
-        navigation->pushViewController(preview, Animated::No);
-        EXPECT_TRUE(becomes([&] { return item(itemName) != nullptr && item("row") == nullptr; }));
+        push(preview, Animated::No);
+        scene.emplace().open(shell);
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(scene->window()));
+        EXPECT_TRUE(becomes([&] { return item(itemName) != nullptr; }));
         scene->window()->grabWindow();
         return item(itemName);
     }
