@@ -213,10 +213,13 @@ std::unique_ptr<DecoderProcess> ProcessDecoder::processFor(Job& job)
     if (!process)
         process = DecoderProcess::start(options_.program);
     const std::lock_guard lock(mutex_);
-    if (process && !isEnding_ && !jobs_.contains(job.ticket))
-        idle_.push_back({std::move(process), {}});
     if (!process || isEnding_)
         return nullptr;
+    if (!jobs_.contains(job.ticket)) {
+        idle_.push_back({std::move(process), {}});
+        endIdleLater();
+        return nullptr;
+    }
     process->endBy(DecoderProcess::Time::max());
     job.process = process.get();
     return process;

@@ -15,7 +15,6 @@
 #include <fcntl.h>
 #include <malloc.h>
 #include <sys/prctl.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -26,7 +25,6 @@ namespace {
 using namespace tessel;
 
 constexpr int kMostMegabytes = 512; // for the pixels of one picture
-constexpr int kNiceness = 5; // what is on screen moves on meanwhile
 
 /// What the user's own settings and a document's mistakes would otherwise change, or write to a terminal.
 void becomeQuiet()
@@ -59,7 +57,6 @@ int main(int argc, char* argv[])
 {
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     ::mallopt(M_ARENA_MAX, 1);
-    ::setpriority(PRIO_PROCESS, 0, kNiceness);
     std::set_new_handler([] { ::_exit(kDecoderIsOutOfMemory); });
     becomeQuiet();
     const QGuiApplication application(argc, argv);

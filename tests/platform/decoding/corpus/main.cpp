@@ -34,15 +34,17 @@ constexpr std::size_t kAtOnce = 8;
 
 constexpr const char* kProblems[] = {"empty", "damaged", "encrypted", "too large", "too slow", "gone", "not readable"};
 
-/// Counts the processes that died.
+/// Counts the processes that died. Those that did so of what a sanitizer found have exited with 1.
 class DeathCounter final : public LogSink {
 public:
     void write(const Date&, LogLevel, std::string_view line) override
     {
         deaths += line.find("ended with status") != std::string_view::npos ? 1 : 0;
+        findings += line.find("ended with status 256 ") != std::string_view::npos ? 1 : 0;
     }
 
     int deaths = 0;
+    int findings = 0;
 };
 
 class Damage {
@@ -124,6 +126,8 @@ public:
         for (const auto& [what, count] : counts_)
             std::cout << what << ": " << count << '\n';
         std::cout << "processes that died: " << sink_->deaths << "\nlongest wait: " << longest_.count() << " ms\n";
+        if (sink_->findings > 0)
+            fail("a sanitizer has found something");
         if (longest_ > kLimit + kSlack)
             fail("an answer came too late");
         return !hasFailed_;
