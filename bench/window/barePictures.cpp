@@ -4,6 +4,7 @@
 #include <QImage>
 #include <QImageReader>
 
+#include <array>
 #include <atomic>
 #include <chrono>
 #include <cmath>
@@ -20,12 +21,15 @@ QImage photograph(unsigned seed)
     std::mt19937 random(seed);
     QImage image(1000, 700, QImage::Format_RGB32);
     const auto phase = static_cast<double>(random() % 628) / 100;
+    std::array<int, 1700> waves{};
+    for (std::size_t at = 0; at < waves.size(); ++at)
+        waves[at] = 110 + static_cast<int>(90 * std::sin(phase + static_cast<double>(at) / 90));
     for (int y = 0; y < image.height(); ++y) {
         auto* const row = reinterpret_cast<QRgb*>(image.scanLine(y));
         for (int x = 0; x < image.width(); ++x) {
             const auto grain = static_cast<int>(random() % 24);
-            const auto wave = [&](double length) { return 110 + int(90 * std::sin(phase + (x + y) / length)); };
-            row[x] = qRgb(wave(90) + grain, wave(140) + grain, wave(60 + y / 10.0) + grain);
+            const auto wave = [&](int at) { return waves[static_cast<std::size_t>(at)] + grain; };
+            row[x] = qRgb(wave(x + y), wave(x), wave(2 * y));
         }
     }
     return image;
