@@ -5,6 +5,8 @@ Rectangle {
     id: bar
 
     required property var page
+    // Whether there are buttons beside the title.
+    property bool buttons: true
     readonly property var list: page.list
     readonly property real sideWidth: Math.max(leading.width, trailing.width)
     readonly property bool centred: titleText.implicitWidth <= width - 2 * sideWidth - 16
@@ -21,6 +23,8 @@ Rectangle {
 
     Row {
         id: leading
+
+        visible: bar.buttons
 
         anchors.left: parent.left
         anchors.leftMargin: Theme.margin - 8
@@ -70,6 +74,8 @@ Rectangle {
 
     Row {
         id: trailing
+
+        visible: bar.buttons
 
         anchors.right: parent.right
         anchors.rightMargin: Theme.margin - 8

@@ -7,6 +7,8 @@ Item {
 
     // The pages, bottom to top.
     property var stack: null
+    // Whether the pages can be used, and are not only looked at.
+    property bool live: true
 
     signal menuRequested(var list, int index, string title, point position)
 

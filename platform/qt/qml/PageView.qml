@@ -67,6 +67,7 @@ FocusScope {
         id: navigationBar
 
         page: view.page
+        buttons: view.area.live
         width: view.width
         z: 1
     }

@@ -27,13 +27,15 @@ FocusScope {
 
     Panel {
         anchors.fill: parent
+        radius: 6
     }
 
     PageArea {
         anchors.fill: parent
-        anchors.margins: 1
+        anchors.margins: 2
         clip: true
         enabled: false
+        live: false
         stack: card.presented.pages
     }
 
