@@ -26,7 +26,7 @@ Window {
         LayoutMirroring.childrenInherit: true
 
         Keys.onPressed: event => {
-            const back = event.key === Qt.Key_Escape || event.key === Qt.Key_Back
+            const back = event.key === Qt.Key_Escape || event.key === Qt.Key_Back || event.key === Qt.Key_Backspace
                        || (event.key === Qt.Key_Left && event.modifiers & Qt.AltModifier)
             if (back && shell.back())
                 event.accepted = true
