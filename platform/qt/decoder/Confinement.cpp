@@ -46,7 +46,7 @@ void allowReading(int rules, const char* folder)
 }
 
 // Kernels before 5.13, and some systems, do not know how.
-bool limitFolders(const QByteArrayList& folders)
+bool limitFolders(const std::vector<std::string>& folders)
 {
     constexpr std::uint64_t kAllOfTheFirstVersion = (LANDLOCK_ACCESS_FS_MAKE_SYM << 1U) - 1;
     landlock_ruleset_attr attributes = {};
@@ -58,13 +58,13 @@ bool limitFolders(const QByteArrayList& folders)
     for (const auto* folder : kSystemFolders)
         allowReading(rules.get(), folder);
     for (const auto& folder : folders)
-        allowReading(rules.get(), folder.constData());
+        allowReading(rules.get(), folder.c_str());
     return ::syscall(SYS_landlock_restrict_self, rules.get(), 0) == 0;
 }
 
 } // namespace
 
-bool confine(const QByteArrayList& folders)
+bool confine(const std::vector<std::string>& folders)
 {
     return limitResources() && ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 && limitFolders(folders) && filterCalls();
 }

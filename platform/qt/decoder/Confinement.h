@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QByteArrayList>
+#include <string>
+#include <vector>
 
 namespace tessel::qt {
 
@@ -8,7 +9,7 @@ namespace tessel::qt {
 /// knows no network, and of files reads only those of the system and of `folders`, where the kernel can tell these
 /// apart. Memory is limited. Threads remain.
 /// @returns false when the kernel refuses what it should know
-[[nodiscard]] bool confine(const QByteArrayList& folders);
+[[nodiscard]] bool confine(const std::vector<std::string>& folders);
 
 /// From now on, this process may use the processor for so many seconds; then it ends.
 void limitProcessorTime(int seconds);

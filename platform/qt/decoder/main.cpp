@@ -19,6 +19,8 @@
 
 #include <csignal>
 #include <new>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -40,15 +42,17 @@ void becomeQuiet()
 }
 
 /// Where fonts and the types of documents are found, beside the system's own folders.
-QByteArrayList folders()
+std::vector<std::string> folders()
 {
-    QByteArrayList result = {QFile::encodeName(QLibraryInfo::path(QLibraryInfo::PluginsPath)),
-                             QFile::encodeName(QLibraryInfo::path(QLibraryInfo::LibrariesPath)),
-                             QFile::encodeName(QDir::homePath() + "/.fonts"),
-                             QFile::encodeName(QDir::homePath() + "/.cache/fontconfig")};
+    QStringList result = {QLibraryInfo::path(QLibraryInfo::PluginsPath),
+                          QLibraryInfo::path(QLibraryInfo::LibrariesPath), QDir::homePath() + "/.fonts",
+                          QDir::homePath() + "/.cache/fontconfig"};
     for (const auto& folder : QStandardPaths::standardLocations(QStandardPaths::GenericDataLocation))
-        result << QFile::encodeName(folder + "/fonts") << QFile::encodeName(folder + "/mime");
-    return result;
+        result << folder + "/fonts" << folder + "/mime";
+    std::vector<std::string> paths;
+    for (const auto& folder : result)
+        paths.push_back(QFile::encodeName(folder).toStdString());
+    return paths;
 }
 
 } // namespace
