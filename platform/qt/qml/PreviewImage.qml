@@ -112,22 +112,23 @@ PinchArea {
                 view.zoomTo(view.zoom > 1.05 ? 1 : Math.max(2.5, 1 / view.fit), place)
             }
         }
+
+        WheelHandler {
+            target: null
+            acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
+            onWheel: event => {
+                const place = Qt.point(event.x - flick.contentX, event.y - flick.contentY)
+                if (event.pixelDelta.y === 0 || event.modifiers & Qt.ControlModifier)
+                    view.zoomTo(view.zoom * Math.pow(1.0018, event.angleDelta.y), place)
+                else
+                    view.pan(-event.pixelDelta.x, -event.pixelDelta.y)
+            }
+        }
     }
 
     ProgressRing {
         anchors.centerIn: parent
         size: 28
         visible: !picture.painted && !picture.failed
-    }
-
-    WheelHandler {
-        target: null
-        acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
-        onWheel: event => {
-            if (event.pixelDelta.y === 0 || event.modifiers & Qt.ControlModifier)
-                view.zoomTo(view.zoom * Math.pow(1.0018, event.angleDelta.y), Qt.point(event.x, event.y))
-            else
-                view.pan(-event.pixelDelta.x, -event.pixelDelta.y)
-        }
     }
 }

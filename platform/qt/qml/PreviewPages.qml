@@ -124,24 +124,24 @@ PinchArea {
                 Accessible.name: view.preview?.pageText(place.index) ?? ""
             }
         }
-    }
 
-    WheelScroll {
-        id: scroll
+        WheelScroll {
+            id: scroll
 
-        view: pages
-        acceptedModifiers: Qt.NoModifier
-    }
+            view: pages
+            acceptedModifiers: Qt.NoModifier
+        }
 
-    WheelHandler {
-        target: null
-        acceptedModifiers: Qt.ControlModifier
-        acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
-        onWheel: event => view.zoomTo(view.zoom * Math.pow(1.0018, event.angleDelta.y), Qt.point(event.x, event.y))
-    }
+        WheelHandler {
+            target: null
+            acceptedModifiers: Qt.ControlModifier
+            acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
+            onWheel: event => view.zoomTo(view.zoom * Math.pow(1.0018, event.angleDelta.y), Qt.point(event.x - pages.contentX, event.y - pages.contentY))
+        }
 
-    TapHandler {
-        onDoubleTapped: point => view.zoomTo(view.zoom > 1.05 ? 1 : 2.5, view.mapFromItem(null, point.scenePosition ?? Qt.point(view.width / 2, view.height / 2)))
+        TapHandler {
+            onDoubleTapped: point => view.zoomTo(view.zoom > 1.05 ? 1 : 2.5, view.mapFromItem(null, point.scenePosition ?? Qt.point(view.width / 2, view.height / 2)))
+        }
     }
 
     ScrollThumb {
