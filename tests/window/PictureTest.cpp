@@ -165,7 +165,7 @@ INSTANTIATE_TEST_SUITE_P(
         Screen{.name = "phone-large-text", .commands = kDocuments, .environment = {"TESSELDRIVE_TEXT_SCALE=2"}},
         Screen{.name = "phone-preview-text", .commands = {"tap Documents", "tap Plan.txt"}},
         Screen{.name = "phone-preview-image", .commands = {"tap Documents", "tap Photos", "tap Dunes.png"}},
-        Screen{.name = "phone-preview-pages", .commands = {"tap Documents", "tap Report.pdf"}},
+        Screen{.name = "phone-preview-pages", .commands = {"tap Documents", "tap Contract.pdf"}},
         Screen{.name = "phone-empty", .commands = {"tap Empty"}, .hasBareDrive = true},
         Screen{.name = "phone-failed", .commands = {"tap Closed"}, .hasBareDrive = true},
         Screen{.name = "tablet-documents", .width = 768, .height = 1024, .commands = kDocuments},
