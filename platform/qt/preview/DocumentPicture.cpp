@@ -157,9 +157,8 @@ void DocumentPicture::setPlaying(bool isPlaying)
 {
     if (std::exchange(isPlaying_, isPlaying) == isPlaying)
         return;
-    if (!isPlaying)
-        frameTimer_.stop();
-    else if (isPainted())
+    frameTimer_.stop();
+    if (isPlaying && isPainted())
         moveOn();
     emit wishChanged();
 }

@@ -93,7 +93,7 @@ QVariant TextRowList::data(const QModelIndex& index, int role) const
 {
     if (!index.isValid() || role != kTextRole || index.row() >= count_ || !text_)
         return {};
-    const auto row = static_cast<std::size_t>(base_ + index.row());
+    const auto row = static_cast<std::size_t>(base_) + static_cast<std::size_t>(index.row());
     const auto* known = find(blocks_, row);
     if (!known) {
         request(row / TextContent::kBlockRows);
