@@ -3,6 +3,7 @@
 #include "platform/base/Platform.h"
 #include "platform/text/TextServices.h"
 #include "platform/ui/AlertController.h"
+#include "platform/ui/Button.h"
 #include "platform/ui/Label.h"
 #include "platform/ui/NavigationController.h"
 
@@ -34,6 +35,37 @@ void addBarItem(Screen& screen, std::string_view key, const std::shared_ptr<BarB
 {
     if (!item->title().empty())
         addControl(screen, key, item->title(), item->enabled(), [item] { item->press(); });
+}
+
+void visit(const std::shared_ptr<View>& view, const std::function<void(const std::shared_ptr<View>&)>& visitor)
+{
+    if (view->hidden())
+        return;
+    visitor(view);
+    for (const auto& subview : view->subviews())
+        visit(subview, visitor);
+}
+
+/// Without the isolates that the program puts around names where they stand in a text.
+std::string withoutIsolates(std::string text)
+{
+    for (const std::string_view isolate : {"\u2068", "\u2069"})
+        for (auto at = text.find(isolate); at != std::string::npos; at = text.find(isolate, at))
+            text.erase(at, isolate.size());
+    return text;
+}
+
+/// The texts of a view that holds labels only, such as what an attribute is called and its value.
+std::vector<std::string> rowOfLabels(const View& view)
+{
+    std::vector<std::string> texts;
+    for (const auto& subview : view.subviews()) {
+        const auto* const label = dynamic_cast<const Label*>(subview.get());
+        if (!label)
+            return {};
+        texts.push_back(oneLine(withoutIsolates(label->text())));
+    }
+    return texts;
 }
 
 /// The texts of the labels that can be seen in a view, in reading order.
@@ -83,6 +115,31 @@ void addButton(Screen& screen, const std::string& title, std::function<void()> p
 {
     if (!title.empty())
         addControl(screen, "button", title, true, std::move(press));
+}
+
+void addPage(Screen& screen, const View& page)
+{
+    const auto add = [&screen](const std::shared_ptr<View>& view) {
+        if (const auto field = std::dynamic_pointer_cast<TextField>(view); field && !field->text().empty()) {
+            const auto text = oneLine(field->text());
+            screen.push_back({"field", {text}, text, [field] { field->becomeFirstResponder(); }, {}});
+        } else if (auto texts = rowOfLabels(*view); texts.size() > 1) {
+            addLine(screen, "info", std::move(texts));
+        }
+    };
+    for (const auto& view : page.subviews())
+        visit(view, add);
+}
+
+void addButtons(Screen& screen, const View& page)
+{
+    const auto add = [&screen](const std::shared_ptr<View>& view) {
+        if (const auto button = std::dynamic_pointer_cast<Button>(view))
+            addControl(screen, "button", button->accessibilityLabel(), button->enabled(),
+                       [button] { button->press(); });
+    };
+    for (const auto& view : page.subviews())
+        visit(view, add);
 }
 
 void addAlert(Screen& screen, const std::shared_ptr<AlertController>& alert)

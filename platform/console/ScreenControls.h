@@ -13,6 +13,7 @@ namespace tessel {
 class AlertController;
 class NavigationController;
 class NavigationItem;
+class View;
 class ViewController;
 
 // What is shown and pressed besides the rows of lists.
@@ -28,6 +29,11 @@ void addToolbar(Screen&, const NavigationController&, const ViewController& top)
 
 /// A button of its own, in what lies under the bars.
 void addButton(Screen&, const std::string& title, std::function<void()> press);
+
+/// What stands in the fields of a page of views, and the rows of texts on it.
+void addPage(Screen&, const View&);
+/// The buttons on a page of views.
+void addButtons(Screen&, const View&);
 
 void addAlert(Screen&, const std::shared_ptr<AlertController>&);
 

@@ -139,6 +139,8 @@ void addContent(Screen& screen, const ShownControllers& shown)
         addPreview(screen, *shown.preview);
     else if (const auto* unavailable = dynamic_cast<const UnavailableViewController*>(shown.top.get()))
         addLine(screen, "unavailable", {unavailable->message()});
+    else
+        addPage(screen, shown.top->view());
 }
 
 void addState(Screen& screen, const ShownControllers& shown)
@@ -149,6 +151,8 @@ void addState(Screen& screen, const ShownControllers& shown)
         addListState(screen, *shown.list);
     else if (shown.preview)
         addPreviewState(screen, shown.preview);
+    else
+        addButtons(screen, shown.top->view());
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "platform/base/Platform.h"
 #include "platform/qt/BarItem.h"
 #include "platform/qt/Layer.h"
+#include "platform/qt/OnScreenKeyboard.h"
 #include "platform/qt/SceneItems.h"
 #include "platform/qt/SystemAppearance.h"
 #include "platform/qt/WindowSize.h"
@@ -34,6 +35,23 @@ std::shared_ptr<NavigationController> rootNavigation()
     return std::dynamic_pointer_cast<NavigationController>(rootController());
 }
 
+/// Presses the bar's Cancel button, which stands where the back button would. @returns whether there is one
+bool pressCancel(const NavigationController& navigation)
+{
+    const auto top = navigation.topViewController();
+    if (!top || navigation.presentedViewController())
+        return false;
+    for (const auto& item : BarButtonItems(top->navigationItem.leftItems()))
+        if (item->style() == BarButtonItem::Style::Cancel)
+            return item->press();
+    return false;
+}
+
+bool goBackIn(NavigationController& navigation)
+{
+    return navigation.pressBack() || pressCancel(navigation);
+}
+
 /// Lays out the stack's top controller in the room between the bars, unless it wants to lie under them.
 void layOutTop(NavigationController& navigation, const Size& window)
 {
@@ -56,6 +74,7 @@ Shell::Shell(const SystemAppearance& appearance)
 {
     QJSEngine::setObjectOwnership(this, QJSEngine::CppOwnership);
     connect(&appearance, &SystemAppearance::changed, this, &Shell::appearanceChanged);
+    new OnScreenKeyboard(this);
     device().screenChanged = [this] { screenChanged(); };
     screenChanged();
 }
@@ -119,10 +138,10 @@ bool Shell::goBack()
     const auto layers = layers_->layers();
     if (layers.empty()) {
         const auto navigation = rootNavigation();
-        return navigation && navigation->pressBack();
+        return navigation && goBackIn(*navigation);
     }
     auto* const top = layers.back();
-    return top->cancel() || (top->navigation() && top->navigation()->pressBack());
+    return top->cancel() || (top->navigation() && goBackIn(*top->navigation()));
 }
 
 void Shell::setSize(double width, double height)

@@ -64,7 +64,8 @@ public:
 
     /// The text in the user's language.
     [[nodiscard]] Q_INVOKABLE QString text(const QString& key) const;
-    /// What Escape and the gestures for going back mean now: cancels what lies on top, or presses the back button.
+    /// What Escape and the gestures for going back mean now: cancels what lies on top, or presses the back button, or
+    /// the Cancel button in its place.
     /// @returns whether there was something to go back from.
     Q_INVOKABLE bool back();
     /// The window's size in points.

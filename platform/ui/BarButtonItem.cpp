@@ -54,8 +54,7 @@ std::shared_ptr<BarButtonItem> BarButtonItem::system(System system, std::functio
     auto item = titled(platform::installed().text.localized(title), std::move(action));
     if (symbol)
         item->image_ = Image::symbol(symbol);
-    if (system == System::Done)
-        item->style_ = Style::Done;
+    item->style_ = system == System::Done ? Style::Done : system == System::Cancel ? Style::Cancel : Style::Plain;
     return item;
 }
 

@@ -14,7 +14,7 @@ namespace tessel {
 class BarButtonItem {
 public:
     enum class Kind { Plain, FlexibleSpace, FixedSpace, Custom };
-    enum class Style { Plain, Done };
+    enum class Style { Plain, Cancel, Done };
     /// The system's own buttons, with its symbols and texts.
     enum class System { Cancel, Done, Action, Trash, Organize };
 

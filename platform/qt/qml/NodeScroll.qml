@@ -25,18 +25,30 @@ Flickable {
     onContentXChanged: tell()
     onContentYChanged: tell()
     Component.onCompleted: take()
+    onMovementStarted: motion.stop()
     Accessible.role: Accessible.Pane
     Accessible.name: node?.accessibleName ?? ""
 
     function take() {
+        motion.stop()
         taking = true
         contentX = wantedX
-        contentY = wantedY
+        if (contentY !== wantedY && node?.motion > 0)
+            move()
+        else
+            contentY = wantedY
         taking = false
     }
 
+    function move() {
+        motion.to = wantedY
+        motion.duration = node.motion
+        motion.easing.type = node.easing
+        motion.start()
+    }
+
     function tell() {
-        if (!taking)
+        if (!taking && !motion.running)
             node?.scrolled(shell.mirrored ? hidden - contentX : contentX, contentY)
     }
 
@@ -47,6 +59,18 @@ Flickable {
         NodeChildren {
             node: scroll.node
         }
+    }
+
+    NumberAnimation {
+        id: motion
+
+        target: scroll
+        property: "contentY"
+    }
+
+    TapHandler {
+        parent: scroll
+        onTapped: scroll.node?.tap()
     }
 
     WheelScroll {

@@ -7,11 +7,18 @@ Rectangle {
 
     required property var node
     property bool taking: false
+    property bool beginning: false
+    readonly property bool ground: node?.ground ?? true
+    // What is centred stays so beside the button that clears it.
+    readonly property real leading: ground ? 10 : !input.activeFocus ? 0 : clear.visible && input.centred ? clear.width : 8
+    readonly property real trailing: ground ? 10 : input.activeFocus ? 8 : 0
 
     radius: 8
-    color: Theme.field
+    color: ground ? Theme.field : "transparent"
     border.color: Theme.accent
-    border.width: input.activeFocus ? 1.5 : 0
+    border.width: ground && input.activeFocus ? 1.5 : 0
+    onEnabledChanged: if (enabled)
+        Qt.callLater(take)
     Component.onCompleted: take()
 
     Connections {
@@ -50,7 +57,7 @@ Rectangle {
     }
 
     function tellSelection() {
-        if (!taking && node && !input.inputMethodComposing
+        if (!taking && !beginning && node && !input.inputMethodComposing
                 && (input.selectionStart !== node.selectionStart || input.selectionEnd !== node.selectionEnd))
             node.select(input.selectionStart, input.selectionEnd)
     }
@@ -58,26 +65,44 @@ Rectangle {
     function tellFocus() {
         if (!node || input.activeFocus === node.focused)
             return
-        if (input.activeFocus)
+        if (input.activeFocus) {
+            beginning = true
             node.beginEditing()
-        else if (Qt.application.state === Qt.ApplicationActive)
+            Qt.callLater(begun)
+        } else {
+            Qt.callLater(lost)
+        }
+    }
+
+    // What has come to lie over the field only borrows the keyboard.
+    function lost() {
+        if (node?.focused && !input.activeFocus && enabled && Qt.application.state === Qt.ApplicationActive)
             node.endEditing()
+    }
+
+    // The touch that begins editing leaves the caret where the program wants it.
+    function begun() {
+        if (touch.active)
+            return
+        beginning = false
+        take()
     }
 
     TextInput {
         id: input
 
+        readonly property bool centred: horizontalAlignment === TextInput.AlignHCenter
         objectName: "textField"
         anchors.left: parent.left
         anchors.right: clear.visible ? clear.left : parent.right
-        anchors.leftMargin: 10
-        anchors.rightMargin: clear.visible ? 0 : 10
+        anchors.leftMargin: field.leading
+        anchors.rightMargin: clear.visible ? 0 : field.trailing
         height: parent.height
         focus: true
         activeFocusOnTab: true
         enabled: field.node?.enabled ?? false
         font: field.node?.font ?? Qt.application.font
-        color: enabled ? Theme.text : Theme.faint
+        color: shortened.visible ? "transparent" : enabled ? Theme.text : Theme.faint
         selectionColor: Theme.accent
         selectedTextColor: Theme.accentText
         selectByMouse: true
@@ -99,6 +124,13 @@ Rectangle {
         Accessible.role: Accessible.EditableText
         Accessible.name: field.node?.accessibleName || field.node?.placeholder || shell.text("Text")
 
+        PointHandler {
+            id: touch
+
+            onActiveChanged: if (!active && field.beginning)
+                Qt.callLater(field.begun)
+        }
+
         Text {
             anchors.fill: parent
             visible: input.text.length === 0 && input.preeditText.length === 0
@@ -111,6 +143,22 @@ Rectangle {
             verticalAlignment: Text.AlignVCenter
             Accessible.ignored: true
         }
+    }
+
+    // What is too long shows its beginning and its end.
+    Text {
+        id: shortened
+
+        anchors.fill: input
+        visible: !field.ground && !input.activeFocus && input.contentWidth > input.width
+        text: input.text
+        textFormat: Text.PlainText
+        font: input.font
+        color: Theme.text
+        elide: Text.ElideMiddle
+        horizontalAlignment: input.horizontalAlignment
+        verticalAlignment: Text.AlignVCenter
+        Accessible.ignored: true
     }
 
     SymbolButton {

@@ -64,6 +64,12 @@ NodeList* Node::childList()
     return children_;
 }
 
+void Node::tap()
+{
+    if (const auto view = view_.lock())
+        view->tap();
+}
+
 void Node::refresh()
 {
     viewChanged(ViewChange::Properties);

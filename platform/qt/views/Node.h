@@ -56,6 +56,9 @@ public:
     /// The nodes of the subviews, back to front.
     [[nodiscard]] NodeList* childList();
 
+    /// A tap that nothing in the view has taken.
+    Q_INVOKABLE void tap();
+
     /// Has QML read everything anew, here and below.
     void refresh();
 

@@ -1,9 +1,15 @@
 #include "platform/qt/views/PictureNodes.h"
 
+#include "platform/base/Platform.h"
 #include "platform/qt/views/ImageSources.h"
+#include "platform/ui/Device.h"
 #include "platform/ui/DisplayList.h"
 #include "platform/ui/ImageView.h"
 #include "platform/ui/ScrollView.h"
+
+#include <QEasingCurve>
+
+#include <iterator>
 
 namespace tessel::qt {
 
@@ -91,6 +97,16 @@ void ScrollNode::scrolled(double x, double y)
 {
     if (const auto scroll = scrollView())
         scroll->didScrollTo({x, y});
+}
+
+void ScrollNode::viewChanged(ViewChange change)
+{
+    constexpr QEasingCurve::Type kCurves[] = {QEasingCurve::InOutQuad, QEasingCurve::InQuad, QEasingCurve::OutQuad,
+                                              QEasingCurve::Linear};
+    const auto& animation = platform::installed().device.animation;
+    motion_ = animation ? static_cast<int>(animation->duration * 1000) : 0;
+    easing_ = kCurves[animation ? animation->options / Animation::kCurve % std::size(kCurves) : 0];
+    Node::viewChanged(change);
 }
 
 std::shared_ptr<const DisplayList> DrawnNode::drawing() const

@@ -56,6 +56,8 @@ class ScrollNode final : public Node {
     Q_PROPERTY(double trailingInset READ trailingInset NOTIFY changed)
     Q_PROPERTY(bool bounces READ bounces NOTIFY changed)
     Q_PROPERTY(bool indicators READ hasIndicators NOTIFY changed)
+    Q_PROPERTY(int motion READ motion NOTIFY changed)
+    Q_PROPERTY(int easing READ easing NOTIFY changed)
 
 public:
     using Node::Node;
@@ -71,13 +73,22 @@ public:
     [[nodiscard]] double trailingInset() const { return insets().trailing; }
     [[nodiscard]] bool bounces() const;
     [[nodiscard]] bool hasIndicators() const;
+    /// How long the last change is to be seen going on, in milliseconds, and for PropertyAnimation.easing.type, how.
+    [[nodiscard]] int motion() const { return motion_; }
+    [[nodiscard]] int easing() const { return easing_; }
 
     /// The user has scrolled: tells the view, and nobody else.
     Q_INVOKABLE void scrolled(double x, double y);
 
+protected:
+    void viewChanged(ViewChange) override;
+
 private:
     [[nodiscard]] std::shared_ptr<ScrollView> scrollView() const;
     [[nodiscard]] EdgeInsets insets() const;
+
+    int motion_ = 0;
+    int easing_ = 0;
 };
 
 /// A stack of views, which lays them out itself.

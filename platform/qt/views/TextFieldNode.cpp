@@ -111,6 +111,12 @@ bool TextFieldNode::corrects() const
     return field && field->corrects;
 }
 
+bool TextFieldNode::hasGround() const
+{
+    const auto field = this->field();
+    return field && field->hasGround;
+}
+
 void TextFieldNode::setComposing(bool composing)
 {
     if (std::exchange(composing_, composing) == composing)

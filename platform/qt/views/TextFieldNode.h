@@ -30,6 +30,7 @@ class TextFieldNode final : public Node {
     Q_PROPERTY(bool returnKeyIsDone READ returnKeyIsDone NOTIFY changed)
     Q_PROPERTY(bool capitalizesWords READ capitalizesWords NOTIFY changed)
     Q_PROPERTY(bool corrects READ corrects NOTIFY changed)
+    Q_PROPERTY(bool ground READ hasGround CONSTANT)
     Q_PROPERTY(bool composing READ isComposing WRITE setComposing NOTIFY composingChanged)
 
 public:
@@ -51,6 +52,8 @@ public:
     [[nodiscard]] bool returnKeyIsDone() const;
     [[nodiscard]] bool capitalizesWords() const;
     [[nodiscard]] bool corrects() const;
+    /// Else it looks like a label while nobody edits it.
+    [[nodiscard]] bool hasGround() const;
     /// Whether an input method is composing: QML writes it. Until it has ended, nothing is told that would disturb it,
     /// and Return is the input method's.
     [[nodiscard]] bool isComposing() const { return composing_; }

@@ -108,6 +108,33 @@ TEST_F(ConsoleControlsTest, PressesTheItemsOfTheBars)
     EXPECT_THAT(run({"screen"}, {.interactive = true}), HasSubstr("\n toolbar: Move | Delete (disabled)\n"));
 }
 
+TEST_F(ConsoleControlsTest, ShowsTheFieldsRowsAndButtonsOfAPage)
+{
+    const auto page = push("Details");
+    const auto column = std::make_shared<View>();
+    const auto field = std::make_shared<TextField>();
+    const auto open = std::make_shared<Button>("Open");
+    field->setText("Plan.txt");
+    open->pressed = [&] { log += "open;"; };
+    page->view().addSubview(column);
+    for (const auto& view : std::vector<std::shared_ptr<View>>{open, std::make_shared<Label>("alone"), field})
+        column->addSubview(view);
+    for (const auto& [name, value] :
+         {std::pair{"Kind", "Text"}, std::pair{"Where", "\u2068Drive\u2069 ▸ \u2068a\nb\u2069"}}) {
+        const auto row = std::make_shared<View>();
+        row->addSubview(std::make_shared<Label>(name));
+        row->addSubview(std::make_shared<Label>(value));
+        column->addSubview(row);
+    }
+    EXPECT_EQ(run({"screen", "type x", "tap Plan.txt", "type !", "tap Open"}),
+              "title: Details\nback: Drive\nfield: Plan.txt\ninfo: Kind | Text\ninfo: Where | Drive ▸ a b\n"
+              "button: Open\nok\nerror: no text field is active\nok\nok\nok\n");
+    EXPECT_EQ(field->text(), "Plan.txt!");
+    EXPECT_EQ(log, "open;");
+    column->setHidden(true);
+    EXPECT_EQ(run({"screen"}), "title: Details\nback: Drive\nok\n");
+}
+
 TEST_F(ConsoleControlsTest, ShowsWhatCoversTheStackInItsPlace)
 {
     const auto cover = std::make_shared<Page>();
