@@ -1,10 +1,12 @@
 #include "bench/BenchPlatform.h"
-#include "platform/ui/ImageView.h"
-#include "platform/ui/Label.h"
-#include "platform/ui/ScrollView.h"
-#include "platform/ui/StackView.h"
-#include "platform/ui/TextField.h"
-#include "platform/ui/layout/LayoutConstraint.h"
+#include "files/DRItem.h"
+#include "platform/run/MainQueue.h"
+#include "platform/ui/Device.h"
+#include "platform/ui/NavigationController.h"
+#include "platform/ui/Window.h"
+#include "preview/FileInfoStackView.h"
+#include "preview/PreviewDetailsViewController.h"
+#include "preview/PreviewItemManager.h"
 
 #include <benchmark/benchmark.h>
 
@@ -14,110 +16,35 @@ namespace {
 constexpr double kMostForAll = 1e-3;    // seconds; a details screen laid out from nothing
 constexpr double kMostForChange = 1e-4; // seconds; one of its texts changed
 
-void tie(const LayoutXAnchor& one, const LayoutXAnchor& other)
-{
-    one.equalTo(other)->setActive(true);
-}
+/// A drive with a document.
+struct DriveOfOne {
+    BenchPlatform platform;
+    TemporaryDrive folder;
+    std::shared_ptr<DRItem> item = DRItem::initWithURL(folder.file("Report of the year.txt", "content"));
+};
 
-void tie(const LayoutYAnchor& one, const LayoutYAnchor& other)
-{
-    one.equalTo(other)->setActive(true);
-}
-
-void stretch(View& view, View& over)
-{
-    tie(view.leadingAnchor(), over.leadingAnchor());
-    tie(view.trailingAnchor(), over.trailingAnchor());
-    tie(view.topAnchor(), over.topAnchor());
-    tie(view.bottomAnchor(), over.bottomAnchor());
-}
-
-std::shared_ptr<StackView> column(double spacing, StackView::Alignment alignment)
-{
-    auto stack = std::make_shared<StackView>();
-    stack->setAxis(StackView::Axis::Vertical);
-    stack->setAlignment(alignment);
-    stack->setSpacing(spacing);
-    stack->setLaidOutByConstraints(true);
-    return stack;
-}
-
-// What a details screen is made of: a picture, a name in a field between hairlines, and seven rows of a name and a
-// value, one of them of several lines, in stacks within stacks within a scrolling view.
+/// The document's details on a phone.
 struct DetailsScreen {
-    std::shared_ptr<View> root = std::make_shared<View>();
-    std::vector<std::shared_ptr<Label>> values;
+    std::shared_ptr<PreviewItemManager> manager = std::make_shared<PreviewItemManager>();
+    std::shared_ptr<NavigationController> navigation = std::make_shared<NavigationController>();
+    std::shared_ptr<PreviewDetailsViewController> details = std::make_shared<PreviewDetailsViewController>();
+    std::shared_ptr<Window> window = std::make_shared<Window>(Rect{});
 
-    DetailsScreen()
+    explicit DetailsScreen(const std::shared_ptr<DRItem>& item)
     {
-        const auto scroll = std::make_shared<ScrollView>();
-        const auto content = std::make_shared<View>(Rect{0, 0, 375, 600});
-        const auto wrapper = std::make_shared<View>();
-        scroll->setLaidOutByConstraints(true);
-        wrapper->setLaidOutByConstraints(true);
-        root->setFrame({0, 0, 375, 667});
-        root->addSubview(scroll);
-        scroll->addSubview(content);
-        content->addSubview(wrapper);
-        stretch(*scroll, *root);
-        stretch(*wrapper, *content);
-        const auto main = column(0, StackView::Alignment::Center);
-        wrapper->addSubview(main);
-        stretch(*main, *wrapper);
-        const auto picture = std::make_shared<View>();
-        const auto details = column(15, StackView::Alignment::Center);
-        main->addArrangedSubview(picture);
-        main->addArrangedSubview(details);
-        for (const auto& view : {picture, std::static_pointer_cast<View>(details)})
-            view->widthAnchor().equalTo(main->widthAnchor())->setActive(true);
-        addName(*details);
-        addRows(*details);
+        manager->item = item;
+        details->itemManager = manager;
+        platform::installed().device.setScreenBounds({0, 0, 375, 667});
+        navigation->setViewControllers({details}, Animated::No);
+        window->setRootViewController(navigation);
+        window->makeKeyAndVisible();
+        DispatchQueue::main().runReady();
     }
-
-    static void addName(StackView& details)
+    [[nodiscard]] Label& place() const
     {
-        const auto stack = column(7, StackView::Alignment::Center);
-        details.addArrangedSubview(stack);
-        stack->widthAnchor().equalTo(details.widthAnchor())->setActive(true);
-        for (const double height : {1.0, 26.0, 1.0}) {
-            const auto view = height == 1 ? std::make_shared<View>() : std::make_shared<TextField>();
-            stack->addArrangedSubview(view);
-            view->heightAnchor().equalTo(height)->setActive(true);
-            view->widthAnchor().equalTo(stack->widthAnchor(), height == 1 ? 0 : -16)->setActive(true);
-        }
+        return *std::static_pointer_cast<FileInfoCell>(details->fileInfoView->arrangedSubviews()[2])->valueLabel;
     }
-
-    void addRows(StackView& details)
-    {
-        const auto rows = column(10, StackView::Alignment::Leading);
-        details.addArrangedSubview(rows);
-        rows->widthAnchor().atMost(details.widthAnchor(), -16)->setActive(true);
-        std::shared_ptr<Label> last;
-        for (const auto* const text : {"Kind", "Size", "Where", "Created", "Modified", "Tags", "Owner"}) {
-            const auto row = std::make_shared<View>();
-            const auto name = std::make_shared<Label>(text);
-            const auto value = std::make_shared<Label>(std::string(8, 'v') + " of " + text);
-            for (const auto& label : {name, value}) {
-                row->addSubview(label);
-                label->setLaidOutByConstraints(true);
-                label->setContentHugging(LayoutAxis::Vertical, LayoutPriority::kRequired);
-                label->setCompressionResistance(LayoutAxis::Vertical, LayoutPriority::kRequired);
-                tie(label->topAnchor(), row->topAnchor());
-            }
-            value->setNumberOfLines(last ? 4 : 1);
-            value->setCompressionResistance(LayoutAxis::Horizontal, LayoutPriority::kLow);
-            name->setContentHugging(LayoutAxis::Horizontal, LayoutPriority::kLow + 1);
-            tie(name->leadingAnchor(), row->leadingAnchor());
-            value->leadingAnchor().equalTo(name->trailingAnchor(), 10)->setActive(true);
-            tie(value->trailingAnchor(), row->trailingAnchor());
-            tie(value->bottomAnchor(), row->bottomAnchor());
-            rows->addArrangedSubview(row);
-            if (last)
-                name->widthAnchor().equalTo(last->widthAnchor())->setActive(true);
-            last = name;
-            values.push_back(value);
-        }
-    }
+    void layOut(double width = 375) const { details->layoutView({0, 0, width, 667}); }
 };
 
 void count(benchmark::State& state, double most)
@@ -129,57 +56,55 @@ void count(benchmark::State& state, double most)
 // The views and their constraints are made before; what is measured makes and solves the whole system, and places all.
 void layOutFromNothing(benchmark::State& state)
 {
-    const BenchPlatform platform;
+    const DriveOfOne drive;
     std::unique_ptr<DetailsScreen> screen;
     for (auto _ : state) {
         state.PauseTiming();
-        screen = std::make_unique<DetailsScreen>();
+        screen = std::make_unique<DetailsScreen>(drive.item);
         state.ResumeTiming();
-        screen->root->layoutIfNeeded();
+        screen->layOut();
     }
-    if (screen->values.back()->frame().width <= 0)
+    if (screen->place().frame().width <= 0)
         state.SkipWithError("nothing is laid out");
     count(state, kMostForAll);
 }
 BENCHMARK(layOutFromNothing)->Unit(benchmark::kMicrosecond);
 
-// Together with making the views.
+// Together with making the views, and with what the document's values and applications take to be found out.
 void makeAndLayOut(benchmark::State& state)
 {
-    const BenchPlatform platform;
+    const DriveOfOne drive;
     for (auto _ : state)
-        DetailsScreen().root->layoutIfNeeded();
-    count(state, kMostForAll);
+        DetailsScreen(drive.item).layOut();
 }
 BENCHMARK(makeAndLayOut)->Unit(benchmark::kMicrosecond);
 
 void changeAText(benchmark::State& state)
 {
-    const BenchPlatform platform;
-    DetailsScreen screen;
-    screen.root->layoutIfNeeded();
+    const DriveOfOne drive;
+    const DetailsScreen screen(drive.item);
+    screen.layOut();
     bool isLonger = false;
     for (auto _ : state) {
-        screen.values[2]->setText((isLonger = !isLonger) ? "a longer text, which needs a second line here" : "a text");
-        screen.root->layoutIfNeeded();
+        screen.place().setText((isLonger = !isLonger) ? "a longer text, which needs a second line here, below the first"
+                                                      : "a text");
+        screen.layOut();
     }
     count(state, kMostForChange);
 }
 BENCHMARK(changeAText)->Unit(benchmark::kMicrosecond);
 
-// Every step of a window that is made larger and smaller.
+// Every step of a window that is made larger and smaller, with which the rows are made anew.
 void resize(benchmark::State& state)
 {
-    const BenchPlatform platform;
-    DetailsScreen screen;
+    const DriveOfOne drive;
+    const DetailsScreen screen(drive.item);
     double width = 375;
     for (auto _ : state) {
         width = width < 500 ? width + 1 : 280;
-        screen.root->subviews().front()->subviews().front()->setFrame({0, 0, width, 600});
-        screen.root->setFrame({0, 0, width, 667});
-        screen.root->layoutIfNeeded();
+        screen.layOut(width);
     }
-    count(state, kMostForChange);
+    count(state, kMostForAll);
 }
 BENCHMARK(resize)->Unit(benchmark::kMicrosecond);
 

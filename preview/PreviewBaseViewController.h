@@ -75,6 +75,9 @@ protected:
     void viewWillDisappear(Animated) override;
     void viewWillLayoutSubviews() override;
 
+    /// The work on the file has ended, and the subscription with it.
+    virtual void progressWasWithdrawn(Progress&);
+
     using Action = void (PreviewBaseViewController::*)();
     /// Does nothing once the controller is gone.
     [[nodiscard]] std::function<void()> actionOf(Action) const;
@@ -83,7 +86,6 @@ private:
     void enableButtons();
     void placeButtons(const std::shared_ptr<BarButtonItem>& openIn);
     ProgressService::WithdrawalHandler progressWasPublished(const std::shared_ptr<Progress>&);
-    void progressWasWithdrawn(Progress&);
 
     LayoutConstraint::List constraints_; ///< those of the last setup
 };

@@ -90,6 +90,7 @@ private:
     void tieFileDetails();
     [[nodiscard]] bool isUnderAnother() const;
     bool rename(TextField&);
+    [[nodiscard]] double offsetOfName(double top, double most) const;
     [[nodiscard]] double _mainStackViewContentViewYDifference() const;
     void _animateWithKeyboardInfoDictionary(const KeyboardMotion&, const std::function<void()>& animationBlock);
 

@@ -45,9 +45,17 @@ void PreviewDetailsViewController::keyboardWillBeShown(const KeyboardMotion& inf
     _animateWithKeyboardInfoDictionary(info, [this, inset] {
         scrollView->setContentInset(inset);
         const auto most = scrollView->contentSize().height - scrollView->bounds().height + inset.bottom;
-        const auto wanted = filenameTextField->frameIn(*scrollView).y - inset.top - kAboveName;
-        scrollView->setContentOffset({0, std::min(std::max(most, 0.0), std::max(wanted, 0.0))});
+        scrollView->setContentOffset({0, offsetOfName(inset.top, most)});
     });
+}
+
+/// Scrolls the name towards the bar, but only to bring it out from beneath that the other way.
+double PreviewDetailsViewController::offsetOfName(double top, double most) const
+{
+    const auto name = filenameTextField->frameIn(*scrollView).y;
+    const auto wanted = name - top - kAboveName;
+    const auto offset = std::min(std::max(most, 0.0), std::max(wanted, 0.0));
+    return name - offset < top ? std::max(wanted, -top) : offset;
 }
 
 void PreviewDetailsViewController::keyboardWillBeHidden(const KeyboardMotion& info)

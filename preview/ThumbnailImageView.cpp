@@ -41,9 +41,11 @@ void ThumbnailImageView::setItem(std::shared_ptr<DRItem> item)
     item_ = std::move(item);
     if (!item_)
         return;
-    isGenericImage_ = true;
-    showGenericImage();
-    if (const auto& thumbnail = item_->thumbnail())
+    const auto& thumbnail = item_->thumbnail();
+    const auto& shown = thumbnailView_->image();
+    if (!thumbnail || !shown || shown->url() != thumbnail)
+        showGenericImage();
+    if (thumbnail)
         askForSize(*thumbnail);
 }
 
@@ -53,14 +55,16 @@ ThumbnailImageView::~ThumbnailImageView()
         services->decoder.cancel(ticket_);
 }
 
-/// The picture is shown once its size is known, in place of the icon.
+/// The picture is shown once its size is known, in place of the icon; the same one stays meanwhile.
 void ThumbnailImageView::askForSize(const URL& thumbnail)
 {
     auto& decoder = platform::installed().decoder;
     decoder.cancel(ticket_);
     ticket_ = decoder.inspect(thumbnail, [this, thumbnail, item = std::weak_ptr(item_)](const ContentFacts& facts) {
-        if (facts.problem || isNothing(facts.size.height) || item.lock() != item_)
+        if (item.lock() != item_)
             return;
+        if (facts.problem || isNothing(facts.size.height))
+            return showGenericImage();
         isGenericImage_ = false;
         _setThumbnailImage(Image::file(thumbnail, facts.size), true);
     });
@@ -68,6 +72,7 @@ void ThumbnailImageView::askForSize(const URL& thumbnail)
 
 void ThumbnailImageView::showGenericImage()
 {
+    isGenericImage_ = true;
     const auto& url = item_->resolvedURL();
     _setThumbnailImage(documentIcon(url ? url->lastPathComponent() : std::string_view(),
                                     item_->typeIdentifier().value_or(std::string(TypeIdentifier::kData)), kIconSize),

@@ -405,7 +405,10 @@ INSTANTIATE_TEST_SUITE_P(Keyboards, DetailsKeyboardTest,
                              // 400 - 0 + 30; wanted: 240 - 44 - 30; most: 724 - 768 + 430 = 386
                              KeyboardCase{{1024, 768}, Idiom::Pad, 400, 430, 166},
                              // 162 - 0 + 30; wanted: 58 - 44 - 30 is below 0
-                             KeyboardCase{{667, 375}, Idiom::Phone, 162, 192, 0}));
+                             KeyboardCase{{667, 375}, Idiom::Phone, 162, 192, 0},
+                             // the name's y is (240 - 187.52) / 2 + 8 = 34, which the bar would cover:
+                             // 34 - 44 - 30
+                             KeyboardCase{{667, 328}, Idiom::Phone, 162, 192, -40}));
 
 TEST_P(DetailsKeyboardTest, LeavesTheNameInSight)
 {

@@ -46,12 +46,16 @@ Item {
         id: custom
 
         Item {
-            implicitWidth: host.width
+            // A button is as far from its neighbours as words are.
+            readonly property real padding: entry.item.view?.kind === "button" ? 8 : 0
+
+            implicitWidth: host.width + 2 * padding
             implicitHeight: host.height
 
             NodeHost {
                 id: host
 
+                x: parent.padding
                 node: entry.item.view
                 placed: false
             }

@@ -9,6 +9,7 @@
 
 #include <QEasingCurve>
 
+#include <algorithm>
 #include <iterator>
 
 namespace tessel::qt {
@@ -37,7 +38,8 @@ QVariant ImageNode::iconSize() const
     const auto image = view ? view->image() : std::nullopt;
     if (!image || image->kind() != Image::Kind::Icon)
         return {};
-    return QSizeF(image->size().width, image->size().height).toSize();
+    const auto& size = image->size();
+    return QSizeF(std::max(size.width, width()), std::max(size.height, height())).toSize();
 }
 
 bool ImageNode::isSmooth() const

@@ -32,7 +32,8 @@ public:
     [[nodiscard]] QString imageSource() const;
     /// The name of the symbol, for an image that is one, as a source of images shows it too.
     [[nodiscard]] QString symbol() const;
-    /// In which size an icon is to be had, in points; undefined for other images, which have one of their own.
+    /// In which size an icon is to be had, in points: that in which it is shown, unless it is a smaller one; undefined
+    /// for other images, which have one of their own.
     [[nodiscard]] QVariant iconSize() const;
     /// Whether pixels are smoothed when they are enlarged.
     [[nodiscard]] bool isSmooth() const;

@@ -22,7 +22,7 @@ QString symbolOf(const std::optional<Image>& image)
 /// In whole points, for others are not read.
 QString imageElement(const Image& image, bool dark)
 {
-    return QStringLiteral(R"(<img src="%1" width="%2" height="%3" style="vertical-align: top">)")
+    return QStringLiteral(R"(<img src="%1" width="%2" height="%3" style="vertical-align: middle">)")
         .arg(imageSource(image, dark).toHtmlEscaped())
         .arg(std::ceil(image.size().width))
         .arg(std::ceil(image.size().height));

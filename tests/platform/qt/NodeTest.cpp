@@ -229,7 +229,7 @@ TEST_F(NodeTest, ShowsImagesInTextAndNothingThatTheTextSaysItself)
     const auto rich = node<LabelNode>(label)->richText();
     EXPECT_TRUE(rich.startsWith(R"(<img src="image://drawn/)")) << rich.toStdString();
     EXPECT_TRUE(rich.endsWith(
-        R"(/9/12/light" width="9" height="12" style="vertical-align: top">&lt;b&gt;R&amp;D&lt;/b&gt;&nbsp; x)"))
+        R"(/9/12/light" width="9" height="12" style="vertical-align: middle">&lt;b&gt;R&amp;D&lt;/b&gt;&nbsp; x)"))
         << rich.toStdString();
     EXPECT_EQ(node<LabelNode>(label)->text(), "<b>R&D</b>  x");
 }
