@@ -32,7 +32,7 @@ struct DetailsScreen {
 
     explicit DetailsScreen(const std::shared_ptr<DRItem>& item)
     {
-        manager->item = item;
+        manager->setItem(item, false);
         details->itemManager = manager;
         platform::installed().device.setScreenBounds({0, 0, 375, 667});
         navigation->setViewControllers({details}, Animated::No);

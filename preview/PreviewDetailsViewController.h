@@ -82,9 +82,11 @@ protected:
     void viewWillAppear(Animated) override;
     void viewWillDisappear(Animated) override;
 
+    /// Null without one.
+    [[nodiscard]] std::shared_ptr<DRItem> item() const;
+
 private:
     [[nodiscard]] std::shared_ptr<PreviewDetailsViewController> self();
-    [[nodiscard]] std::shared_ptr<DRItem> item() const;
     void makeOpenInAppButton();
     void makeTextField();
     void tieFileDetails();

@@ -5,7 +5,6 @@
 #include "platform/run/MainQueue.h"
 #include "platform/text/TextServices.h"
 #include "preview/PieProgressIndicatorView.h"
-#include "preview/PreviewItemManager.h"
 #include "preview/ThumbnailImageView.h"
 
 namespace tessel {
@@ -60,8 +59,8 @@ void PreviewDownloadViewController::refreshItem()
 
 void PreviewDownloadViewController::followDownload()
 {
-    const auto manager = itemManager.lock();
-    const auto url = manager && manager->item ? manager->item->resolvedURL() : std::nullopt;
+    const auto item = this->item();
+    const auto url = item ? item->resolvedURL() : std::nullopt;
     if (!isOnScreen_ || (subscriber && url == followedURL_))
         return;
     followedURL_ = url;

@@ -14,8 +14,6 @@ class PieProgressIndicatorView;
 /// that is. One download after the other, such as after the user has cancelled one. Main thread only.
 class PreviewDownloadViewController final : public PreviewDetailsViewController {
 public:
-    [[nodiscard]] std::string className() const override { return "PreviewDownloadViewController"; }
-
     /// The details of an item: of this kind unless its document is on the device.
     [[nodiscard]] static std::shared_ptr<PreviewDetailsViewController> detailsViewControllerForItem(const DRItem&);
 

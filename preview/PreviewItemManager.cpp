@@ -12,7 +12,7 @@
 #include "platform/ui/Application.h"
 #include "platform/ui/NavigationController.h"
 #include "preview/GlanciaItemController.h"
-#include "preview/PreviewDetailsViewController.h"
+#include "preview/PreviewDownloadViewController.h"
 
 namespace tessel {
 
@@ -84,7 +84,7 @@ std::shared_ptr<GlanciaItemController> PreviewItemManager::currentGlanciaControl
 
 std::shared_ptr<ViewController> PreviewItemManager::createDetailsViewController()
 {
-    detailsViewController = std::make_shared<PreviewDetailsViewController>();
+    detailsViewController = PreviewDownloadViewController::detailsViewControllerForItem(*item_);
     detailsViewController->mode = mode;
     detailsViewController->itemManager = weak_from_this();
     return detailsViewController;

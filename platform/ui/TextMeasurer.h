@@ -25,7 +25,7 @@ public:
     virtual ~TextMeasurer() = default;
 
     [[nodiscard]] virtual FontMetrics metrics(const Font&) const = 0;
-    /// The size of UTF-8 text broken into lines of at most `width`; height is a whole number of lines, none for no
+    /// The size of UTF-8 text broken into lines of at most `width`; height is that of all lines, none for no
     /// text.
     /// @param width above 0, at most kUnlimitedWidth
     /// @param lines the most lines; 0 for any number

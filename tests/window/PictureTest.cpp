@@ -76,7 +76,7 @@ protected:
         folder.folder("fonts");
         for (const std::string font :
              {"noto/NotoSans-Regular.ttf", "noto/NotoSans-Bold.ttf", "noto/NotoSansArabic-Regular.ttf",
-              "noto/NotoSansArabic-Bold.ttf", "droid/DroidSansFallbackFull.ttf"}) {
+              "noto/NotoSansArabic-Bold.ttf", "noto/NotoSansSymbols2-Regular.ttf", "droid/DroidSansFallbackFull.ttf"}) {
             const auto file = "/usr/share/fonts/truetype/" + font;
             if (!fs::exists(file))
                 GTEST_SKIP() << file << " is not installed";
@@ -151,6 +151,9 @@ const Lines kGallery = {"--gallery"};
 const Lines kAlert = {"tap Presentations", "tap Alert with a text field"};
 const Lines kSheet = {"tap Presentations", "tap Action sheet"};
 const Lines kDocuments = {"tap Documents"};
+// Of a document whose dates are always the same.
+const Lines kDetails = {"tap Documents", "swipe -200 Contract.pdf", "tap More", "tap Info"};
+const Lines kRename = {"tap Documents", "swipe -200 Contract.pdf", "tap More", "tap Info", "tap Name"};
 
 INSTANTIATE_TEST_SUITE_P(
     Screens, PictureTest,
@@ -166,6 +169,9 @@ INSTANTIATE_TEST_SUITE_P(
         Screen{.name = "phone-preview-text", .commands = {"tap Documents", "tap Plan.txt"}},
         Screen{.name = "phone-preview-image", .commands = {"tap Documents", "tap Photos", "tap Dunes.png"}},
         Screen{.name = "phone-preview-pages", .commands = {"tap Documents", "tap Contract.pdf"}},
+        Screen{.name = "phone-details", .commands = kDetails, .environment = {"TZ=UTC"}},
+        Screen{.name = "phone-rename", .width = 667, .height = 375, .commands = kRename, .environment = {"TZ=UTC"}},
+        Screen{.name = "tablet-details", .width = 1024, .height = 768, .commands = kDetails, .environment = {"TZ=UTC"}},
         Screen{.name = "phone-empty", .commands = {"tap Empty"}, .hasBareDrive = true},
         Screen{.name = "phone-failed", .commands = {"tap Closed"}, .hasBareDrive = true},
         Screen{.name = "tablet-documents", .width = 768, .height = 1024, .commands = kDocuments},

@@ -41,9 +41,9 @@ double cutWidth(const QString& text, const QTextLine& line, const QFont& font, d
 }
 
 /// Characters of other fonts may make lines higher or lower than a line of the font: there is room for all.
-double wholeLines(std::size_t lines, double height, double lineHeight)
+double heightOf(std::size_t lines, double height, double lineHeight)
 {
-    return std::max(static_cast<double>(lines), std::ceil(height / lineHeight)) * lineHeight;
+    return std::max(static_cast<double>(lines) * lineHeight, std::ceil(height));
 }
 
 Size laidOut(const QString& text, const QFont& font, double width, std::size_t most)
@@ -64,7 +64,7 @@ Size laidOut(const QString& text, const QFont& font, double width, std::size_t m
         }
     }
     layout.endLayout();
-    return {std::ceil(size.width), wholeLines(lines, size.height, lineHeight(font))};
+    return {std::ceil(size.width), heightOf(lines, size.height, lineHeight(font))};
 }
 
 } // namespace

@@ -16,7 +16,7 @@ class DetailsPageTest : public SceneFixture {
 protected:
     void open(const std::string& name = "Report.txt")
     {
-        manager->item = DRItem::initWithURL(platform.drive.file(name, "content"));
+        manager->setItem(DRItem::initWithURL(platform.drive.file(name, "content")), false);
         details->itemManager = manager;
         details->mode = 1;
         push(plain("Documents"), Animated::No);
@@ -54,7 +54,7 @@ TEST_F(DetailsPageTest, ATouchBeginsEditingBeforeTheExtension)
     EXPECT_TRUE(becomes([&] { return !field.isFirstResponder() && called("Done") == nullptr; }));
     EXPECT_TRUE(platform.drive.read("Reports.txt") == "content");
 
-    manager->item = DRItem::initWithURL(platform.drive.url("Reports.txt"));
+    manager->setItem(DRItem::initWithURL(platform.drive.url("Reports.txt")), false);
     edit();
     type("x");
     tap(called("Cancel"));
@@ -72,7 +72,7 @@ TEST_F(DetailsPageTest, EndsEditingByATapBesideEscapeAndReturn)
     EXPECT_TRUE(becomes([&] { return !field.isFirstResponder(); }));
     EXPECT_EQ(platform.drive.read("Report1.txt"), "content");
 
-    manager->item = DRItem::initWithURL(platform.drive.url("Report1.txt"));
+    manager->setItem(DRItem::initWithURL(platform.drive.url("Report1.txt")), false);
     edit();
     type("2");
     key(Qt::Key_Escape);
