@@ -113,7 +113,7 @@ bool PreviewDetailsViewController::rename(TextField& field)
 {
     const auto item = this->item();
     const auto url = item ? item->url() : std::nullopt;
-    const auto name = field.text();
+    const auto& name = field.text();
     if (!url)
         return true;
     if (const auto error = UIUtils::renameItemAtURL(*url, name)) {
