@@ -81,6 +81,7 @@ public:
     [[nodiscard]] bool documentListControllerCanPerformAction(const DocumentListController&, ListAction) const override;
     [[nodiscard]] std::shared_ptr<ViewController> documentListControllerViewControllerForPreviewingItemAtURL(
         DocumentListController&, const URL&) override;
+    void documentListControllerPeekWasReleased(DocumentListController&) override;
     [[nodiscard]] std::optional<Color> documentListControllerColorOfTag(const DocumentListController&,
                                                                         const std::string& tag) const override;
 
@@ -103,9 +104,10 @@ private:
 
     void openFolderLink(const URL&);
     void showPreviewSoon(const std::shared_ptr<DRItem>&, std::int32_t previewMode);
+    [[nodiscard]] static std::int32_t previewModeFor(const DRItem&);
+    [[nodiscard]] std::shared_ptr<PreviewItemManager> newItemManager(std::int32_t previewMode);
     void useNewItemManager(std::int32_t previewMode);
     void dropItemManager();
-    void pushPeekedPreview(const URL&, bool cameFromSearch);
     void deleteWasAnswered(const std::vector<URL>&, bool cancelled, const std::function<void()>& finished);
 
     NotificationCenter::Observation becomeActive_;

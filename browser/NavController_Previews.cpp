@@ -43,6 +43,11 @@ private:
 
 } // namespace
 
+std::int32_t NavController::previewModeFor(const DRItem& item)
+{
+    return item.canPreview() ? PreviewItemManager::kQuickPreview : PreviewItemManager::kDetails;
+}
+
 void NavController::dropItemManager()
 {
     if (itemManager)
@@ -50,11 +55,22 @@ void NavController::dropItemManager()
     itemManager.reset();
 }
 
+std::shared_ptr<PreviewItemManager> NavController::newItemManager(std::int32_t previewMode)
+{
+    return PreviewItemManager::newItemManagerWithMode(
+        previewMode, std::static_pointer_cast<NavigationController>(shared_from_this()));
+}
+
 void NavController::useNewItemManager(std::int32_t previewMode)
 {
     dropItemManager();
-    itemManager = PreviewItemManager::newItemManagerWithMode(
-        previewMode, std::static_pointer_cast<NavigationController>(shared_from_this()));
+    itemManager = newItemManager(previewMode);
+}
+
+void NavController::documentListControllerPeekWasReleased(DocumentListController& list)
+{
+    if (getTopDocumentListController().get() == &list)
+        dropItemManager();
 }
 
 void NavController::showPreview(const std::shared_ptr<DRItem>& item, std::int32_t previewMode)
@@ -81,11 +97,14 @@ bool NavController::warpToNewURL(const std::optional<URL>& url, std::int32_t pre
         return false;
     }
     const auto resolved = tsd_URLByResolvingPromise(*url);
-    useNewItemManager(previewMode);
-    if (itemManager->warpToNewURL(resolved))
-        return true;
-    TSD_WARNING("warpToNewURL failed: %@", resolved);
-    return false;
+    const auto manager = newItemManager(previewMode);
+    if (!manager->warpToNewURL(resolved)) {
+        TSD_WARNING("warpToNewURL failed: %@", resolved);
+        return false;
+    }
+    dropItemManager();
+    itemManager = manager;
+    return true;
 }
 
 std::shared_ptr<ViewController> NavController::documentListControllerViewControllerForPreviewingItemAtURL(
@@ -126,16 +145,13 @@ void NavController::pressaPopToURL(const URL& url)
         return;
     }
     TSD_DEBUG("openInDefaultApp returned NO, showing cached Glancia from Pressa");
-    pushPeekedPreview(url, isSearching);
-}
-
-void NavController::pushPeekedPreview(const URL& url, bool cameFromSearch)
-{
-    const auto preview = itemManager ? itemManager->currentGlanciaController() : nullptr;
-    if (cameFromSearch)
+    if (isSearching)
         warpToFolderForURL(url);
-    if (preview)
-        pushViewController(preview, Animated::Yes);
+    const auto peeked = itemManager ? itemManager->item() : nullptr;
+    if (peeked && peeked->url() == url)
+        pushViewController(itemManager->currentGlanciaController(), Animated::Yes);
+    else if (item) // from a menu, without a peek
+        showPreview(item, previewModeFor(*item));
 }
 
 void NavController::encodeRestorableState(StateCoder& coder) const

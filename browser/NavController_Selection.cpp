@@ -95,7 +95,7 @@ void NavController::documentListControllerDidSelectItemAtURL(DocumentListControl
         return;
     }
     TSD_DEBUG("openInDefaultApp returned NO, showing preview");
-    showPreviewSoon(item, item->canPreview() ? PreviewItemManager::kQuickPreview : PreviewItemManager::kDetails);
+    showPreviewSoon(item, previewModeFor(*item));
 }
 
 void NavController::showPreviewSoon(const std::shared_ptr<DRItem>& item, std::int32_t previewMode)

@@ -6,7 +6,6 @@
 #include "files/FileUtils.h"
 #include "files/UIUtils.h"
 #include "platform/documents/SearchController.h"
-#include "platform/files/FileCoordinator.h"
 #include "platform/files/FileManager.h"
 #include "platform/run/MainQueue.h"
 #include "platform/ui/Application.h"
@@ -27,7 +26,6 @@ PreviewItemManager::PreviewItemManager() : fcQueue_("orvane.TesselDriveApp.previ
 PreviewItemManager::~PreviewItemManager()
 {
     unregisterAsFilePresenter();
-    FileCoordinator::removeFilePresenter(*this);
 }
 
 std::shared_ptr<PreviewItemManager> PreviewItemManager::newItemManagerWithMode(
@@ -68,6 +66,10 @@ std::shared_ptr<ViewController> PreviewItemManager::prepareToPreviewItem(const s
     }
     modifiedDate = item->contentModificationDate();
     registerAsFilePresenter();
+    DispatchQueue::main().async([weak = weak_from_this(), url = *item->url()] {
+        if (const auto self = weak.lock())
+            self->lookOnceMore(url);
+    });
     const auto& files = platform::installed().files;
     const bool exists = item->resolvedURL() && files.attributes(item->resolvedURL()->path());
     detailsViewController.reset();
@@ -110,14 +112,30 @@ void PreviewItemManager::replaceLastViewController(const std::shared_ptr<ViewCon
     if (!std::dynamic_pointer_cast<SearchController>(navigation->presentedViewController()))
         return navigation->pushViewController(controller, Animated::Yes);
     navigation->dismiss(Animated::Yes);
-    DispatchQueue::main().async(
-        [navigation, controller] { navigation->pushViewController(controller, Animated::Yes); });
+    DispatchQueue::main().async([weak = weak_from_this(), controller] {
+        if (const auto self = weak.lock())
+            self->replaceLastViewController(controller);
+    });
 }
 
 bool PreviewItemManager::isPreviewControllerDisplayed(const std::shared_ptr<ViewController>& controller)
 {
     return std::dynamic_pointer_cast<PreviewBaseViewController>(controller) ||
            std::dynamic_pointer_cast<GlanciaItemController>(controller);
+}
+
+bool PreviewItemManager::shows(const std::shared_ptr<ViewController>& controller) const
+{
+    if (const auto details = std::dynamic_pointer_cast<PreviewBaseViewController>(controller))
+        return details->itemManager.lock().get() == this;
+    const auto preview = std::dynamic_pointer_cast<GlanciaItemController>(controller);
+    return preview && preview->itemManager.lock().get() == this;
+}
+
+bool PreviewItemManager::isOnTop() const
+{
+    const auto navigation = navigationController.lock();
+    return navigation && shows(navigation->topViewController());
 }
 
 void PreviewItemManager::viewControllerWillDisappear(const ViewController& controller)
@@ -143,8 +161,18 @@ void PreviewItemManager::showWarningAndDeleteDocument(const std::shared_ptr<View
             TSD_USER_ACTION("Delete was Confirmed (itemMgr)");
             const auto now = self->itemURL();
             if (const auto error = now ? FileUtils::remove(*now) : std::nullopt)
-                UIUtils::showError(error, controller);
+                self->showDeletionError(*error, controller);
         });
+}
+
+// The item was said to be deleted, and then was not.
+void PreviewItemManager::showDeletionError(const Error& error, const std::shared_ptr<ViewController>& controller)
+{
+    if (!isRegistered()) {
+        deletionFailed_ = true;
+        registerAsFilePresenter();
+    }
+    UIUtils::showError(error, controller);
 }
 
 void PreviewItemManager::showMoveTarget(const std::shared_ptr<ViewController>&)

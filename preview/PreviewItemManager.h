@@ -98,9 +98,15 @@ private:
     void keep(const std::shared_ptr<DRItem>&);
     [[nodiscard]] std::optional<URL> itemURL() const;
     [[nodiscard]] bool isRegistered() const;
+    void setRegistered(bool);
+    /// Whether it is this manager's preview, and not another one's.
+    [[nodiscard]] bool shows(const std::shared_ptr<ViewController>&) const;
+    [[nodiscard]] bool isOnTop() const;
 
     void catchUp();
+    void lookOnceMore(const URL&);
     void refreshAfterChange();
+    void showDeletionError(const Error&, const std::shared_ptr<ViewController>&);
     void refreshItem(const URL&);
     void refreshViews(bool isNewer, bool isElsewhere);
     void itemMoved(const URL&);
@@ -111,12 +117,15 @@ private:
     void willResignActiveNotification();
 
     std::shared_ptr<DRItem> item_;
-    bool hasResigned_ = false;   ///< the program has, and was not active since
-    mutable std::mutex mutex_;   ///< of all that follows up to the queue
-    std::optional<URL> itemURL_; ///< of `item_`
+    bool hasResigned_ = false;    ///< the program has, and was not active since
+    bool deletionFailed_ = false; ///< of the item, for which the preview is about to be left
+    mutable std::mutex mutex_;    ///< of all that follows up to the queue
+    std::optional<URL> itemURL_;  ///< of `item_`
     bool filePresenterRegistered_ = false;
     bool refreshPending_ = false;
     std::shared_ptr<const ContinuationActivity> relayaActivity_;
+    std::mutex registrationMutex_; ///< of what follows; only tried, never waited for
+    bool isPresenter_ = false;     ///< known to the coordinator
     NotificationCenter::Observation becomeActive_;
     NotificationCenter::Observation resignActive_;
     OperationQueue fcQueue_; ///< first to end: its operations use all else

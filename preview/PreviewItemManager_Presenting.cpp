@@ -4,6 +4,7 @@
 #include "files/DRItem.h"
 #include "platform/base/Platform.h"
 #include "platform/cloud/CloudService.h"
+#include "platform/documents/PeekController.h"
 #include "platform/files/FileCoordinator.h"
 #include "platform/files/FileManager.h"
 #include "platform/run/MainQueue.h"
@@ -35,32 +36,39 @@ bool PreviewItemManager::isRegistered() const
     return filePresenterRegistered_;
 }
 
-// The lock is never held while a presenter is added or removed: removing waits for what it is just being told, and that
-// takes the lock.
 void PreviewItemManager::registerAsFilePresenter()
 {
-    bool registered = false;
-    {
-        const std::lock_guard lock(mutex_);
-        registered = std::exchange(filePresenterRegistered_, true);
-    }
-    if (!registered)
-        FileCoordinator::addFilePresenter(*this);
+    setRegistered(true);
     registerRelayaActivity();
 }
 
 void PreviewItemManager::unregisterAsFilePresenter()
 {
-    bool registered = false;
+    setRegistered(false);
+    unregisterRelayaActivity();
+}
+
+// Whoever finds another thread at it leaves the rest to that one, which looks once more at its end. Nobody waits:
+// removing a presenter waits for what it is just being told, and that may come here.
+void PreviewItemManager::setRegistered(bool registered)
+{
     {
         const std::lock_guard lock(mutex_);
-        registered = std::exchange(filePresenterRegistered_, false);
+        filePresenterRegistered_ = registered;
     }
-    if (registered)
-        FileCoordinator::removeFilePresenter(*this);
-    if (registered && isRegistered()) // by another thread meanwhile
-        FileCoordinator::addFilePresenter(*this);
-    unregisterRelayaActivity();
+    bool isDone = false;
+    while (!isDone) {
+        std::unique_lock lock(registrationMutex_, std::try_to_lock);
+        if (!lock)
+            return;
+        const bool wanted = isRegistered();
+        if (wanted && !std::exchange(isPresenter_, true))
+            FileCoordinator::addFilePresenter(*this);
+        else if (!wanted && std::exchange(isPresenter_, false))
+            FileCoordinator::removeFilePresenter(*this);
+        lock.unlock();
+        isDone = isRegistered() == wanted;
+    }
 }
 
 void PreviewItemManager::didBecomeActiveNotification()
@@ -165,6 +173,19 @@ void PreviewItemManager::presentedItemDidChange()
     });
 }
 
+// At what happened between the reading of the item and the moment from which on it is told.
+void PreviewItemManager::lookOnceMore(const URL& url)
+{
+    if (itemURL() != url || !isRegistered())
+        return;
+    const auto item = DRItem::initWithURL(url);
+    const auto date = item ? item->contentModificationDate() : std::nullopt;
+    if (!item)
+        leavePreview();
+    else if (modifiedDate && date && *modifiedDate < *date)
+        refreshItem(url);
+}
+
 void PreviewItemManager::refreshAfterChange()
 {
     {
@@ -211,11 +232,13 @@ void PreviewItemManager::refreshViews(bool isNewer, bool isElsewhere)
 void PreviewItemManager::presentedItemDidMoveToURL(const URL& movedTo)
 {
     TSD_FUNCTION("-[PreviewItemManager presentedItemDidMoveToURL:]");
-    const auto url = platform::installed().files.resolvingSymbolicLinks(movedTo);
+    // A link that is presented stays the item, wherever it leads.
+    const auto folder = platform::installed().files.resolvingSymbolicLinks(movedTo.deletingLastPathComponent());
+    const auto url = folder.appending(movedTo.lastPathComponent());
     const auto before = itemURL();
     TSD_INFO("presentedItemDidMoveToURL: %@ changed to %@", before, url);
     const auto& cloud = platform::installed().cloud;
-    if (cloud.isInTrash(url) || !cloud.isInDrive(url))
+    if (cloud.isInTrash(url) || !cloud.isInDrive(folder))
         return accommodatePresentedItemDeletionWithCompletionHandler([](const std::optional<Error>&) {});
     if (before && before->path() == url.path()) {
         TSD_WARNING("UNEXPECTED: duplicate calls to presentedItemDidMoveToURL: %@", url.path());
@@ -235,7 +258,13 @@ void PreviewItemManager::itemMoved(const URL& url)
         TSD_WARNING("UNEXPECTED: duplicate calls to presentedItemDidMoveToURL: %@", url.path());
         return;
     }
-    setItem(DRItem::initWithURL(url));
+    const auto item = DRItem::initWithURL(url);
+    if (!item)
+        return; // it has moved on, or is gone, which will be told
+    if (isOnTop())
+        setItem(item);
+    else
+        static_cast<void>(prepareToPreviewItem(item));
     if (detailsViewController)
         detailsViewController->refreshItem();
 }
@@ -254,7 +283,12 @@ void PreviewItemManager::accommodatePresentedItemDeletionWithCompletionHandler(c
 void PreviewItemManager::leavePreview()
 {
     const auto navigation = navigationController.lock();
-    if (navigation && isPreviewControllerDisplayed(navigation->topViewController()))
+    if (std::exchange(deletionFailed_, false) || !navigation)
+        return;
+    const auto peek = std::dynamic_pointer_cast<PeekController>(navigation->visibleViewController());
+    if (peek && shows(peek->topViewController()))
+        peek->release();
+    else if (isOnTop())
         navigation->popViewController(Animated::Yes);
 }
 
@@ -276,6 +310,8 @@ void PreviewItemManager::afterSubitemDeletion()
     TSD_INFO("Refreshing %@", itemURL());
     if (currentGlanciaController()->isVisible())
         currentGlanciaController()->refreshCurrentPreviewItem();
+    if (!hasResigned_)
+        registerAsFilePresenter(); // what else happens to the package counts as well
     const std::lock_guard lock(mutex_);
     refreshPending_ = false;
 }

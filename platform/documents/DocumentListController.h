@@ -51,6 +51,8 @@ public:
     {
         return nullptr;
     }
+    /// A peek has ended, and nothing came of it.
+    virtual void documentListControllerPeekWasReleased(DocumentListController&) {}
     /// The colour in which a tag is shown; asked again when the key-value store has changed.
     [[nodiscard]] virtual std::optional<Color> documentListControllerColorOfTag(const DocumentListController&,
                                                                                 const std::string& /*tag*/) const

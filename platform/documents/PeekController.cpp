@@ -29,14 +29,21 @@ void PeekController::pop()
 
 void PeekController::release()
 {
+    const auto self = shared_from_this();
     end();
+    const auto list = list_.lock();
+    const auto delegate = list ? list->delegate.lock() : nullptr;
+    if (delegate)
+        delegate->documentListControllerPeekWasReleased(*list);
 }
 
 // The controller may be shown elsewhere at once.
 void PeekController::end()
 {
-    const auto self = shared_from_this();
-    dismiss(Animated::Yes);
+    const auto presenting = presentingViewController();
+    if (!presenting)
+        return;
+    presenting->dismiss(Animated::Yes);
     setViewControllers({}, Animated::No);
 }
 

@@ -89,8 +89,10 @@ void PreviewController::reloadData()
 {
     const bool hasItem = dataSource && dataSource->numberOfPreviewItemsInPreviewController(*this) > 0;
     auto item = hasItem ? std::optional(dataSource->previewControllerPreviewItemAtIndex(*this, 0)) : std::nullopt;
-    if (item && item == shown_)
+    if (item && item == shown_) {
+        setTitle(name());
         return refreshCurrentPreviewItem();
+    }
     shown_ = std::move(item);
     forget();
     setTitle(name());

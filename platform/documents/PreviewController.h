@@ -64,7 +64,7 @@ public:
 
     [[nodiscard]] std::string className() const override { return "PreviewController"; }
 
-    /// Asks the source again what there is to show. The title becomes that of a document which was not shown before.
+    /// Asks the source again what there is to show. The title becomes the document's name.
     void reloadData();
     /// Reads the shown document again, for it has changed: once for several calls in one turn, and once more for those
     /// that come while it is being read. Until that is done, what was read before is shown.

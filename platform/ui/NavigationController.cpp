@@ -44,7 +44,8 @@ void NavigationController::setViewControllers(Stack stack, Animated animated)
     for (const auto& controller : before) {
         if (std::ranges::find(stack_, controller) != stack_.end())
             continue;
-        controller->navigation_.reset();
+        if (controller->navigation_.lock() == self)
+            controller->navigation_.reset();
         releaseLater(controller);
     }
     for (const auto& controller : stack_)

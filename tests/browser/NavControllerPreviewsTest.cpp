@@ -286,6 +286,45 @@ TEST_F(NavControllerPreviewsTest, PeeksAndPops)
     EXPECT_FALSE(PeekController::peek(list, drive.url("Link")));
 }
 
+TEST_F(NavControllerPreviewsTest, OnlyTheDocumentThatIsShownIsFollowed)
+{
+    const auto list = navigation()->getTopDocumentListController();
+    ASSERT_TRUE(PeekController::peek(list, drive.url("Report.txt")));
+    std::dynamic_pointer_cast<PeekController>(navigation()->presentedViewController())->release();
+    EXPECT_EQ(navigation()->itemManager, nullptr) << "an abandoned peek shows nothing later on";
+
+    list->performAction(ListAction::Pop, drive.url("Notes.txt"), nullptr, {}); // from a menu
+    platform.settle();
+    EXPECT_TRUE(shows(preview()));
+    EXPECT_EQ(preview()->currentPreviewItem(), drive.url("Notes.txt"));
+
+    const auto manager = navigation()->itemManager;
+    EXPECT_FALSE(navigation()->warpToNewURL(drive.url("Nowhere/Plan.txt"), 0));
+    EXPECT_EQ(navigation()->itemManager, manager) << "what is shown is followed on";
+    open("Report.txt");
+    manager->accommodatePresentedItemDeletionWithCompletionHandler([](const auto&) {});
+    platform.settle();
+    EXPECT_TRUE(shows(preview())) << "the deletion of another document";
+
+    navigation()->pressBack();
+    platform.settle();
+    ASSERT_TRUE(PeekController::peek(list, drive.url("Report.txt")));
+    platform.settle();
+    fs::remove(drive.url("Report.txt").path());
+    waitFor([&] { return navigation()->presentedViewController() == nullptr; });
+}
+
+TEST_F(NavControllerPreviewsTest, ALinkThatIsRenamedStaysTheItem)
+{
+    drive.link("Way", "Report.txt");
+    const auto list = navigation()->getTopDocumentListController();
+    list->performAction(ListAction::Info, drive.url("Way"), nullptr, {});
+    platform.settle();
+    fs::rename(drive.url("Way").path(), drive.url("Path").path());
+    waitFor([&] { return navigation()->itemManager->item()->url() != drive.url("Way"); });
+    EXPECT_EQ(navigation()->itemManager->item()->url(), drive.url("Path"));
+}
+
 TEST_F(NavControllerPreviewsTest, ComesBackToTheDocumentThatWasShown)
 {
     const auto restored = [&](const URL& url, std::int64_t mode) {

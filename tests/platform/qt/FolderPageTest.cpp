@@ -175,6 +175,16 @@ TEST_F(FolderPageTest, TheKeyboardReachesAllThatTouchDoes)
     ASSERT_TRUE(becomes([&] { return item("menu") == nullptr; }));
     EXPECT_TRUE(view->hasActiveFocus());
 
+    for (const auto leave : {Qt::Key_Escape, Qt::Key_Return}) {
+        told->done.clear();
+        key(Qt::Key_Space);
+        ASSERT_TRUE(becomes([&] { return item("peek") != nullptr; }));
+        key(leave);
+        ASSERT_TRUE(becomes([&] { return item("peek") == nullptr; }));
+        EXPECT_EQ(told->done.size(), leave == Qt::Key_Return ? 1U : 0U);
+    }
+    EXPECT_THAT(told->done, ElementsAre("6 Plan"));
+
     key(Qt::Key_F, Qt::ControlModifier);
     EXPECT_TRUE(item("searchField")->hasActiveFocus() && list->searchFieldIsFirstResponder());
     for (const auto letter : {Qt::Key_P, Qt::Key_L})

@@ -39,6 +39,11 @@ protected:
         {
             return true;
         }
+        std::shared_ptr<ViewController> documentListControllerViewControllerForPreviewingItemAtURL(
+            DocumentListController&, const URL& url) override
+        {
+            return DocumentListController::create(url);
+        }
         void documentListControllerURLWasRemoved(DocumentListController&) override {}
 
         std::vector<std::string> done;
