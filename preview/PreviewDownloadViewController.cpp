@@ -59,8 +59,9 @@ void PreviewDownloadViewController::refreshItem()
 
 void PreviewDownloadViewController::followDownload()
 {
+    static const std::optional<URL> kNowhere;
     const auto item = this->item();
-    const auto url = item ? item->resolvedURL() : std::nullopt;
+    const auto& url = item ? item->resolvedURL() : kNowhere;
     if (!isOnScreen_ || (subscriber && url == followedURL_))
         return;
     followedURL_ = url;
