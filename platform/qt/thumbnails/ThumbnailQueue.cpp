@@ -15,8 +15,7 @@ struct ThumbnailQueue::Job {
 };
 
 ThumbnailQueue::ThumbnailQueue(ThumbnailCache cache, Maker maker, std::size_t makers)
-    : cache_(std::move(cache)), maker_(std::move(maker)),
-      making_("thumbnails make", QualityOfService::Utility, makers),
+    : cache_(std::move(cache)), maker_(std::move(maker)), making_("thumbnails make", QualityOfService::Utility, makers),
       looking_("thumbnails look", QualityOfService::Utility)
 {
 }
