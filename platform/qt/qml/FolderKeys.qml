@@ -19,7 +19,14 @@ QtObject {
         if (event.modifiers & (Qt.AltModifier | Qt.MetaModifier))
             return
         Theme.keyboard = true
-        event.accepted = event.modifiers & Qt.ControlModifier ? control(event) : move(event) || act(event) || find(event)
+        event.accepted = event.modifiers & Qt.ControlModifier ? control(event) : doneTyping(move(event) || act(event)) || find(event)
+    }
+
+    // A key that does something ends what was typed.
+    function doneTyping(did) {
+        if (did)
+            typed = ""
+        return did
     }
 
     function control(event) {
@@ -53,7 +60,7 @@ QtObject {
         case Qt.Key_Backspace: return shell.back()
         case Qt.Key_Return:
         case Qt.Key_Enter: return index >= 0 && (list.press(index), true)
-        case Qt.Key_Space: return index >= 0 && typed.length === 0 && (view.editing ? list.press(index) : list.perform(index, -1), true)
+        case Qt.Key_Space: return index >= 0 && !typing() && (view.editing ? list.press(index) : list.perform(index, -1), true)
         case Qt.Key_Delete: return perform(index, 0)
         case Qt.Key_F2: return perform(index, 3)
         case Qt.Key_Menu: return menu(index)
@@ -62,14 +69,17 @@ QtObject {
         return false
     }
 
+    function typing() {
+        return typed.length > 0 && Date.now() - typedAt < 1000
+    }
+
     // Goes to the next item whose title starts with what is typed without a pause.
     function find(event) {
         if (event.text.length === 0 || event.text < " " || event.text === "/" || typeof list.find !== "function")
             return false
-        const now = Date.now()
-        const goesOn = now - typedAt < 1000
+        const goesOn = typing()
         typed = goesOn ? typed + event.text : event.text
-        typedAt = now
+        typedAt = Date.now()
         const index = list.find(typed, Math.max(0, view.currentIndex + (goesOn ? 0 : 1)))
         if (index >= 0)
             show(index)

@@ -95,15 +95,18 @@ TEST_F(HostileDecoderTest, WorksForTheNewestWishAndForNoneThatWasTakenBack)
         busy.push_back(decoder().paint({.url = hanging, .width = 64, .height = 64, .part = {}}, never));
     while (children().size() < 2)
         std::this_thread::yield();
-    std::vector<int> order;
-    std::mutex mutex;
-    std::promise<void> all;
-    const auto note = [&](int which) {
-        return [&, which](const auto&, auto) {
-            const std::lock_guard lock(mutex);
-            order.push_back(which);
-            if (order.size() == 2)
-                all.set_value();
+    struct Notes { // the decoder's threads may still have it when the test ends
+        std::mutex mutex;
+        std::vector<int> order;
+        std::promise<void> all;
+    };
+    const auto notes = std::make_shared<Notes>();
+    const auto note = [notes](int which) {
+        return [notes, which](const auto&, auto) {
+            const std::lock_guard lock(notes->mutex);
+            notes->order.push_back(which);
+            if (notes->order.size() == 2)
+                notes->all.set_value();
         };
     };
     decoder().paint({.url = good, .width = 64, .height = 64, .part = {}}, note(1));
@@ -111,9 +114,9 @@ TEST_F(HostileDecoderTest, WorksForTheNewestWishAndForNoneThatWasTakenBack)
     decoder().paint({.url = good, .width = 64, .height = 64, .part = {}}, note(2));
     decoder().cancel(dropped);
     decoder().cancel(busy[0]); // its program has nothing else to do, and goes
-    all.get_future().wait();
+    notes->all.get_future().wait();
     decoder().cancel(busy[1]);
-    EXPECT_THAT(order, ::testing::ElementsAre(2, 1));
+    EXPECT_THAT(notes->order, ::testing::ElementsAre(2, 1));
 }
 
 TEST_F(HostileDecoderTest, LeavesNothingBehind)
