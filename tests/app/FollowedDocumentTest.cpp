@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
-#include <filesystem>
 #include <functional>
 #include <random>
 #include <thread>
@@ -14,7 +13,6 @@
 namespace tessel {
 namespace {
 
-namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
 constexpr auto kLimit = std::chrono::seconds(2);
