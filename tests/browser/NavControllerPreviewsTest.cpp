@@ -26,7 +26,6 @@ namespace fs = std::filesystem;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::EndsWith;
-using testing::HasSubstr;
 
 /// The program with a drive of the test's own, on a desktop without applications: all documents are previewed.
 class NavControllerPreviewsTest : public testing::Test {
