@@ -1,5 +1,7 @@
 #include "platform/linux/preview/TextRows.h"
 
+#include "platform/linux/text/ControlPictures.h"
+
 #include <algorithm>
 #include <cstring>
 
@@ -13,8 +15,6 @@ namespace {
 using Form = TextEncoding::Form;
 
 constexpr std::int32_t kTab = 4; ///< characters from one tab stop to the next
-constexpr UChar32 kReplacement = 0xFFFD;
-constexpr UChar32 kNewlinePicture = 0x2424;
 
 /// Embeds, overrides or isolates a direction; the marks that only stand for a letter of one are no danger.
 bool turnsAround(UChar32 character)
@@ -24,15 +24,8 @@ bool turnsAround(UChar32 character)
 
 UChar32 shownCharacter(UChar32 character)
 {
-    if (character < 0x20)
-        return 0x2400 + character;
-    if (character == 0x7F)
-        return 0x2421;
-    if (character == 0x85 || character == 0x2028 || character == 0x2029)
-        return kNewlinePicture;
-    const bool isHarmful = turnsAround(character) || u_charType(character) == U_CONTROL_CHAR ||
-                           U_IS_UNICODE_NONCHAR(character) || U_IS_SURROGATE(character);
-    return isHarmful ? kReplacement : character;
+    const bool isHarmful = turnsAround(character) || U_IS_UNICODE_NONCHAR(character) || U_IS_SURROGATE(character);
+    return isHarmful ? kReplacement : withoutControl(character);
 }
 
 bool isPlain(std::string_view bytes)

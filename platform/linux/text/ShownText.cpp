@@ -1,5 +1,7 @@
 #include "platform/linux/text/ShownText.h"
 
+#include "platform/linux/text/ControlPictures.h"
+
 #include "platform/linux/text/AsciiNameKeys.h"
 
 #include <algorithm>
@@ -12,9 +14,6 @@
 namespace tessel {
 
 namespace {
-
-constexpr UChar32 kReplacement = 0xFFFD;
-constexpr UChar32 kNewlinePicture = 0x2424;
 
 icu::UnicodeString decoded(std::string_view text)
 {
@@ -43,14 +42,7 @@ bool isUtf8(std::string_view text)
 /// What stands for a character in one line of text.
 UChar32 shown(UChar32 character)
 {
-    if (character < 0x20)
-        return 0x2400 + character;
-    if (character == 0x7F)
-        return 0x2421;
-    if (character == 0x85 || character == 0x2028 || character == 0x2029)
-        return kNewlinePicture;
-    return u_charType(character) == U_CONTROL_CHAR || u_hasBinaryProperty(character, UCHAR_BIDI_CONTROL) ? kReplacement
-                                                                                                         : character;
+    return u_hasBinaryProperty(character, UCHAR_BIDI_CONTROL) ? kReplacement : withoutControl(character);
 }
 
 icu::UnicodeString withoutNonspacingMarks(const icu::UnicodeString& text)
