@@ -17,6 +17,7 @@ class KeyValueStore;
 class MainQueue;
 class NotificationCenter;
 class ProgressService;
+class QuotaService;
 class ResourceValues;
 class TextServices;
 class TypeRegistry;
@@ -40,6 +41,7 @@ struct Services {
     CloudService& cloud;
     ProgressService& progress;
     ActivityService& activities;
+    QuotaService& quota;
     GenerationalStorage& storage;
     DocumentDecoder& decoder;
     DocumentReader& documents;

@@ -1,5 +1,7 @@
 #include "platform/base/URL.h"
 
+#include "platform/base/PercentEncoding.h"
+
 namespace tessel {
 
 namespace {
@@ -21,12 +23,6 @@ std::string normalised(std::string_view path)
         start = end + 1;
     }
     return result;
-}
-
-bool isUnreserved(unsigned char c)
-{
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
-           std::string_view("-._~/!$&'()*+,=:@").find(static_cast<char>(c)) != std::string_view::npos;
 }
 
 } // namespace
@@ -91,19 +87,7 @@ bool URL::contains(const URL& other) const
 
 std::string URL::absoluteString() const
 {
-    static constexpr std::string_view kHexDigits = "0123456789ABCDEF";
-    std::string result = "file://";
-    for (const char character : *path_) {
-        const auto byte = static_cast<unsigned char>(character);
-        if (isUnreserved(byte)) {
-            result.push_back(character);
-            continue;
-        }
-        result.push_back('%');
-        result.push_back(kHexDigits[byte >> 4]);
-        result.push_back(kHexDigits[byte & 15]);
-    }
-    return result;
+    return "file://" + percentEncodedPath(*path_);
 }
 
 } // namespace tessel

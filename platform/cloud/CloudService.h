@@ -21,6 +21,7 @@ inline constexpr const char* kCloudIdentityChangedNotification = "CloudIdentityC
 class CloudService {
 public:
     using BookmarkHandler = std::function<void(const Result<std::string>&)>;
+    using LocationHandler = std::function<void(const Result<URL>&)>;
 
     virtual ~CloudService() = default;
 
@@ -63,6 +64,18 @@ public:
     /// Asks for a string by which the item is found on any of the user's devices; a reference stands for its document.
     /// @param answer told on the main queue: the string, or error 7 of the cloud's own for what is not in the drive
     virtual void bookmarkableString(const URL&, const BookmarkHandler& answer) const = 0;
+
+    /// Asks where the item of a bookmarkable string is on this device, whether its content is here or not.
+    /// @param answer told on the main queue: the item, or error 7 of the cloud's own for what is no bookmarkable
+    /// string,
+    ///        leads out of the drive, or to nothing
+    virtual void urlOfBookmarkableString(const std::string&, const LocationHandler& answer) const = 0;
+
+    /// Deletes all that a library holds, on this device and in the cloud, in coordination with everybody who has to do
+    /// with it; the library is then no longer among the libraries, until its application keeps something in it again.
+    /// Blocks until that is done.
+    /// @returns why something of it is left; the drive's own container is refused (3328)
+    [[nodiscard]] virtual std::optional<Error> deleteAllContents(const CloudContainer&) = 0;
 
     /// The item's tag names; empty without any.
     virtual Result<std::vector<std::string>> tagNames(const URL&) const = 0;

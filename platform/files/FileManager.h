@@ -70,6 +70,12 @@ public:
     ///          name is there
     [[nodiscard]] virtual std::optional<Error> moveItem(const URL& from, const URL& to) = 0;
 
+    /// Visits the entries of a folder itself, but for hidden ones, until `visit` answers false. Documents that are not
+    /// on the device are hidden ones.
+    /// @returns why the folder could not be read to its end, or an entry not be described
+    [[nodiscard]] virtual std::optional<Error> enumerateShallow(
+        const URL& folder, const std::function<bool(const URL&, const FileAttributes&)>& visit) const = 0;
+
     /// Visits every entry below a folder, at any depth, hidden ones included, links not followed. Folders come before
     /// what is in them.
     virtual void enumerateDeep(const URL& folder, const std::function<void(const URL&, const FileAttributes&)>& visit,

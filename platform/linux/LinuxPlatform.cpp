@@ -10,6 +10,7 @@
 #include "platform/linux/cloud/FileActivities.h"
 #include "platform/linux/cloud/FileKeyValueStore.h"
 #include "platform/linux/cloud/LocalCloudService.h"
+#include "platform/linux/cloud/LocalQuota.h"
 #include "platform/linux/coordination/LinuxFileCoordination.h"
 #include "platform/linux/decoding/DecoderProgram.h"
 #include "platform/linux/decoding/ProcessDecoder.h"
@@ -56,6 +57,7 @@ struct LinuxPlatform::Parts {
             return opened.error();
         cloud = std::move(opened.value());
         activities.emplace(activitiesIn(home), *cloud, log);
+        quota.emplace(home, *cloud);
         files.beforeMove = [this](const URL& url) { cloud->documentIdentifiers().recognizeBeforeMove(url); };
         storage.emplace(*cloud, cloud->documentIdentifiers());
         resources.emplace(files, types, cloud->documentIdentifiers());
@@ -84,6 +86,7 @@ struct LinuxPlatform::Parts {
     Device device;
     std::unique_ptr<LocalCloudService> cloud;
     std::optional<FileActivities> activities;
+    std::optional<LocalQuota> quota;
     std::optional<CatalogStorage> storage;
     std::optional<LinuxResourceValues> resources;
     std::optional<LinuxFolderReader> folders;
@@ -137,6 +140,7 @@ platform::Services LinuxPlatform::services()
         .cloud = *parts_->cloud,
         .progress = parts_->progress,
         .activities = *parts_->activities,
+        .quota = *parts_->quota,
         .storage = *parts_->storage,
         .decoder = parts_->decoder,
         .documents = *parts_->openings,

@@ -79,6 +79,11 @@ public:
     {
         return inner_.moveItem(from, to);
     }
+    [[nodiscard]] std::optional<Error> enumerateShallow(
+        const URL& folder, const std::function<bool(const URL&, const FileAttributes&)>& visit) const override
+    {
+        return inner_.enumerateShallow(folder, visit);
+    }
     void enumerateDeep(const URL& folder, const std::function<void(const URL&, const FileAttributes&)>& visit,
                        const std::function<OnEnumerationError(const URL&, const Error&)>& onError) const override
     {

@@ -24,7 +24,7 @@ struct CloudOptions {
     NotificationCenter& notifications;
     UnifiedLog& log;
     const TextServices& text;
-    const FileManager& files;
+    FileManager& files;
     const TypeRegistry& types;
     FileCoordinationService& coordination;
     const DocumentStore& documents;
@@ -68,6 +68,10 @@ public:
 
     /// "drive:" and the percent-encoded path below the folder that holds all containers.
     void bookmarkableString(const URL&, const BookmarkHandler& answer) const override;
+    void urlOfBookmarkableString(const std::string&, const LocationHandler& answer) const override;
+
+    /// The folder of its documents goes; what declares the library stays.
+    [[nodiscard]] std::optional<Error> deleteAllContents(const CloudContainer&) override;
 
     Result<std::vector<std::string>> tagNames(const URL&) const override;
 

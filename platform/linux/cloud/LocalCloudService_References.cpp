@@ -1,3 +1,4 @@
+#include "platform/base/PercentEncoding.h"
 #include "platform/files/FileManager.h"
 #include "platform/linux/base/ErrnoError.h"
 #include "platform/linux/cloud/ExternalReference.h"
@@ -36,10 +37,19 @@ Error notInDriveError(const URL& url)
     return error;
 }
 
+constexpr std::string_view kBookmarkScheme = "drive:";
+
 std::string bookmarkOf(const std::string& pathInRoot)
 {
-    constexpr std::string_view kFileScheme = "file://";
-    return "drive:" + URL::file('/' + pathInRoot).absoluteString().substr(kFileScheme.size());
+    return std::string(kBookmarkScheme) + '/' + percentEncodedPath(pathInRoot);
+}
+
+/// The path in the root, without the first '/'.
+std::optional<std::string> pathOfBookmark(std::string_view bookmark)
+{
+    const auto path =
+        bookmark.starts_with(kBookmarkScheme) ? percentDecoded(bookmark.substr(kBookmarkScheme.size())) : std::nullopt;
+    return path && path->starts_with('/') ? std::optional(path->substr(1)) : std::nullopt;
 }
 
 } // namespace
@@ -55,6 +65,16 @@ void LocalCloudService::bookmarkableString(const URL& url, const BookmarkHandler
     const auto path = target ? pathInSyncedRoot(logicalURL(*target)) : std::nullopt;
     auto string = path ? Result(bookmarkOf(*path)) : Result<std::string>(notInDriveError(url));
     options_.mainQueue.async([answer, string = std::move(string)] { answer(string); });
+}
+
+void LocalCloudService::urlOfBookmarkableString(const std::string& bookmark, const LocationHandler& answer) const
+{
+    const auto path = pathOfBookmark(bookmark);
+    const auto url = path ? places_.urlAt(*path) : std::nullopt;
+    auto item = url && isInDrive(*url) ? itemOrPromise(*url) : Result<URL>(notInDriveError(URL::file(bookmark)));
+    if (!item)
+        item = notInDriveError(url ? *url : URL::file(bookmark));
+    options_.mainQueue.async([answer, item = std::move(item)] { answer(item); });
 }
 
 // A document that is not on the device is a placeholder, which moves as any file does, and its content lies in the one

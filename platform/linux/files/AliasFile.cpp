@@ -1,10 +1,10 @@
 #include "platform/linux/files/AliasFile.h"
 
+#include "platform/base/PercentEncoding.h"
 #include "platform/linux/base/KeyFile.h"
 #include "platform/linux/base/UserText.h"
 #include "platform/linux/files/AtomicFile.h"
 
-#include <charconv>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -14,25 +14,6 @@ namespace tessel {
 namespace {
 
 constexpr std::size_t kMaximumSize = 64 * 1024;
-
-std::optional<std::string> percentDecoded(std::string_view text)
-{
-    std::string result;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] != '%') {
-            result.push_back(text[i]);
-            continue;
-        }
-        const auto digits = text.substr(i + 1, 2);
-        unsigned byte = 0;
-        const auto parsed = std::from_chars(digits.data(), digits.data() + digits.size(), byte, 16);
-        if (digits.size() != 2 || parsed.ptr != digits.data() + 2)
-            return std::nullopt;
-        result.push_back(static_cast<char>(byte));
-        i += 2;
-    }
-    return result;
-}
 
 // The path of "file:///a%20b" or "file://localhost/a%20b". A NUL would end the path early for the kernel: refused.
 std::optional<std::string> pathOfFileURL(std::string_view url)

@@ -102,6 +102,12 @@ Result<URL> PosixFileManager::resolvingAliasFile(const URL& url) const
     return found.error();
 }
 
+std::optional<Error> PosixFileManager::enumerateShallow(
+    const URL& folder, const std::function<bool(const URL&, const FileAttributes&)>& visit) const
+{
+    return enumerateEntries(folder, visit);
+}
+
 void PosixFileManager::enumerateDeep(const URL& folder, const EntryVisitor& visit,
                                      const EntryErrorHandler& onError) const
 {

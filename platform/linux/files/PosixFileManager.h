@@ -23,6 +23,8 @@ public:
     [[nodiscard]] std::optional<Error> createDirectory(const URL&, WithIntermediates) override;
     [[nodiscard]] std::optional<Error> removeItem(const URL&, const std::optional<Date>& modified) override;
     [[nodiscard]] std::optional<Error> moveItem(const URL& from, const URL& to) override;
+    [[nodiscard]] std::optional<Error> enumerateShallow(
+        const URL& folder, const std::function<bool(const URL&, const FileAttributes&)>& visit) const override;
     void enumerateDeep(const URL& folder, const std::function<void(const URL&, const FileAttributes&)>& visit,
                        const std::function<OnEnumerationError(const URL&, const Error&)>& onError) const override;
 

@@ -117,6 +117,29 @@ FileDescriptor openBelow(int root, std::string_view path)
     return folder;
 }
 
+std::optional<Error> enumerateEntries(const URL& folder,
+                                      const std::function<bool(const URL&, const FileAttributes&)>& visit)
+{
+    const auto stream = streamOf(FileDescriptor(::open(folder.path().c_str(), kOpenFolder)));
+    if (!stream)
+        return errnoError(errno, folder);
+    std::optional<Error> failure;
+    for (;;) {
+        errno = 0;
+        const auto* entry = ::readdir(stream.get());
+        if (!entry)
+            return errno == 0 ? failure : errnoError(errno, folder);
+        if (entry->d_name[0] == '.')
+            continue;
+        const auto url = folder.appending(entry->d_name);
+        const auto attributes = fileAttributesAt(::dirfd(stream.get()), entry->d_name);
+        if (!attributes && errno != ENOENT)
+            failure = errnoError(errno, url);
+        if (attributes && !visit(url, *attributes))
+            return failure;
+    }
+}
+
 void enumerateTree(const URL& folder, const EntryVisitor& visit, const EntryErrorHandler& onError)
 {
     DeepEnumeration(folder, visit, onError).run();

@@ -11,6 +11,10 @@ namespace tessel {
 using EntryVisitor = std::function<void(const URL&, const FileAttributes&)>;
 using EntryErrorHandler = std::function<OnEnumerationError(const URL&, const Error&)>;
 
+/// Visits the entries of a folder as FileManager::enumerateShallow does, with two descriptors at most.
+[[nodiscard]] std::optional<Error> enumerateEntries(
+    const URL& folder, const std::function<bool(const URL&, const FileAttributes&)>& visit);
+
 /// Visits every entry below a folder as FileManager::enumerateDeep does. Uses three descriptors at most and no
 /// recursion, however deep the tree is. An item that goes meanwhile is left out without an error. The order within a
 /// folder is the file system's.
