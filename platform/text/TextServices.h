@@ -37,9 +37,16 @@ public:
     /// count in the language's digits.
     [[nodiscard]] virtual std::string localizedCount(std::string_view key, std::int64_t count) const = 0;
 
+    /// The text for a key such as ".DICT.AVAILABLE.%g", in the plural form that the number takes, in which the amount,
+    /// as it is shown, has taken the place of "%2$@".
+    [[nodiscard]] virtual std::string localizedAmount(std::string_view key, double number,
+                                                      std::string_view amount) const = 0;
+
     /// "1.2 MB": a number and its unit, rounded as sizes are read: whole bytes and kilobytes, one decimal for
     /// megabytes, two above.
     [[nodiscard]] virtual std::string byteCount(std::uint64_t bytes, ByteCountStyle) const = 0;
+    /// The same without the unit.
+    [[nodiscard]] virtual std::string byteCountNumber(std::uint64_t bytes, ByteCountStyle) const = 0;
 
     /// The date in the user's language and time zone, always with the short time; only the time for DateStyle::None.
     [[nodiscard]] virtual std::string dateAndTime(Date, DateStyle) const = 0;

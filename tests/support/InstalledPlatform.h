@@ -80,12 +80,13 @@ template <typename Wrapper>
             return service;
     };
     const auto& [clock, mainQueue, notifications, log, text, types, files, coordination, resources, folders, cloud,
-                 progress, activities, storage, decoder, documents, apps, defaults, keyValues, device] =
+                 progress, activities, quota, storage, decoder, documents, apps, defaults, keyValues, device] =
         platform::installed();
-    return {either(clock),     either(mainQueue), either(notifications), either(log),       either(text),
-            either(types),     either(files),     either(coordination),  either(resources), either(folders),
-            either(cloud),     either(progress),  either(activities),    either(storage),   either(decoder),
-            either(documents), either(apps),      either(defaults),      either(keyValues), either(device)};
+    return {either(clock),   either(mainQueue), either(notifications), either(log),       either(text),
+            either(types),   either(files),     either(coordination),  either(resources), either(folders),
+            either(cloud),   either(progress),  either(activities),    either(quota),     either(storage),
+            either(decoder), either(documents), either(apps),          either(defaults),  either(keyValues),
+            either(device)};
 }
 
 } // namespace tessel

@@ -33,6 +33,8 @@ public:
     explicit SizeTexts(std::string locale) : locale_(std::move(locale)) {}
 
     [[nodiscard]] std::string text(std::uint64_t bytes, ByteCountStyle) const;
+    /// Without the unit.
+    [[nodiscard]] std::string number(std::uint64_t bytes, ByteCountStyle) const;
 
 private:
     static constexpr std::size_t kUnits = 6; ///< Byte to petabyte.
@@ -45,6 +47,7 @@ private:
 
     std::string locale_;
     mutable std::array<Unit, kUnits> units_;
+    mutable Unit none_; ///< a number alone
 };
 
 /// Dates in the time zone that the process has at the first question.

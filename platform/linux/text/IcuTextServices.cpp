@@ -18,10 +18,24 @@ std::string IcuTextServices::localized(std::string_view key) const
 std::string IcuTextServices::localizedCount(std::string_view key, std::int64_t count) const
 {
     constexpr std::string_view kPlaceholder = "%d";
-    auto text = tables_.text(key, count);
+    auto text = tables_.text(key, static_cast<double>(count));
     if (const auto place = text.find(kPlaceholder); place != std::string::npos)
         text.replace(place, kPlaceholder.size(), numbers_.text(count));
     return text;
+}
+
+std::string IcuTextServices::localizedAmount(std::string_view key, double number, std::string_view amount) const
+{
+    constexpr std::string_view kPlaceholder = "%2$@";
+    auto text = tables_.text(key, number);
+    if (const auto place = text.find(kPlaceholder); place != std::string::npos)
+        text.replace(place, kPlaceholder.size(), amount);
+    return text;
+}
+
+std::string IcuTextServices::byteCountNumber(std::uint64_t bytes, ByteCountStyle style) const
+{
+    return bytes == 0 ? localized("Zero") : sizes_.number(bytes, style);
 }
 
 std::string IcuTextServices::byteCount(std::uint64_t bytes, ByteCountStyle style) const

@@ -17,6 +17,9 @@ public:
 
     [[nodiscard]] std::string localized(std::string_view key) const override;
     [[nodiscard]] std::string localizedCount(std::string_view key, std::int64_t count) const override;
+    [[nodiscard]] std::string localizedAmount(std::string_view key, double number,
+                                              std::string_view amount) const override;
+    [[nodiscard]] std::string byteCountNumber(std::uint64_t bytes, ByteCountStyle) const override;
     [[nodiscard]] std::string byteCount(std::uint64_t bytes, ByteCountStyle) const override;
     [[nodiscard]] std::string dateAndTime(Date, DateStyle) const override;
     [[nodiscard]] std::string displayName(std::string_view fileName) const override;

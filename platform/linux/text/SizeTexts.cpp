@@ -41,6 +41,11 @@ Amount amountOf(std::uint64_t bytes, std::uint64_t base, std::size_t units)
     return amount;
 }
 
+constexpr std::uint64_t baseOf(ByteCountStyle style)
+{
+    return style == ByteCountStyle::File ? 1000 : 1024;
+}
+
 std::string decimal(const Amount& amount)
 {
     const auto hundredths = std::to_string(amount.hundredths);
@@ -59,7 +64,7 @@ icu::MeasureUnit measureUnit(std::size_t unit)
 
 std::string SizeTexts::text(std::uint64_t bytes, ByteCountStyle style) const
 {
-    const auto amount = amountOf(bytes, style == ByteCountStyle::File ? 1000 : 1024, kUnits);
+    const auto amount = amountOf(bytes, baseOf(style), kUnits);
     const auto number = decimal(amount);
     UErrorCode status = U_ZERO_ERROR;
     std::string text;
@@ -70,6 +75,19 @@ std::string SizeTexts::text(std::uint64_t bytes, ByteCountStyle style) const
     if (const auto kilo = text.find("kB"); kilo != std::string::npos)
         text[kilo] = 'K';
     return text;
+}
+
+std::string SizeTexts::number(std::uint64_t bytes, ByteCountStyle style) const
+{
+    std::call_once(none_.opened, [&] {
+        none_.formatter = icu::number::NumberFormatter::withLocale(icu::Locale(locale_.c_str()))
+                              .precision(icu::number::Precision::maxFraction(2));
+    });
+    const auto number = decimal(amountOf(bytes, baseOf(style), kUnits));
+    UErrorCode status = U_ZERO_ERROR;
+    std::string text;
+    none_.formatter.formatDecimal(number, status).toString(status).toUTF8String(text);
+    return U_FAILURE(status) ? number : text;
 }
 
 const icu::number::LocalizedNumberFormatter& SizeTexts::formatter(std::size_t unit) const

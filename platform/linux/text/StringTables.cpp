@@ -35,7 +35,7 @@ const std::string* StringTable::text(std::string_view key) const
     return find(texts_, key);
 }
 
-const std::string* StringTable::text(std::string_view key, std::int64_t count) const
+const std::string* StringTable::text(std::string_view key, double count) const
 {
     const auto* forms = find(countedTexts_, key);
     if (!forms)
@@ -44,7 +44,7 @@ const std::string* StringTable::text(std::string_view key, std::int64_t count) c
     return text ? text : find(*forms, "other");
 }
 
-std::string StringTable::pluralForm(std::int64_t count) const
+std::string StringTable::pluralForm(double count) const
 {
     std::call_once(opened_, [this] {
         UErrorCode status = U_ZERO_ERROR;
@@ -53,7 +53,7 @@ std::string StringTable::pluralForm(std::int64_t count) const
     std::string form = "other";
     if (rules_) {
         form.clear();
-        rules_->select(static_cast<double>(count)).toUTF8String(form);
+        rules_->select(count).toUTF8String(form);
     }
     return form;
 }
@@ -66,7 +66,7 @@ std::string StringTables::text(std::string_view key) const
     return std::string(key);
 }
 
-std::string StringTables::text(std::string_view key, std::int64_t count) const
+std::string StringTables::text(std::string_view key, double count) const
 {
     for (const auto& table : chain())
         if (const auto* text = table->text(key, count))

@@ -21,12 +21,12 @@ public:
 
     [[nodiscard]] const std::string* text(std::string_view key) const;
     /// The text for a count, with its placeholder; the form "other" when the right one is missing.
-    [[nodiscard]] const std::string* text(std::string_view key, std::int64_t count) const;
+    [[nodiscard]] const std::string* text(std::string_view key, double count) const;
 
 private:
     using Forms = std::map<std::string, std::string, std::less<>>;
 
-    [[nodiscard]] std::string pluralForm(std::int64_t count) const;
+    [[nodiscard]] std::string pluralForm(double count) const;
 
     std::string language_;
     std::map<std::string, std::string, std::less<>> texts_;
@@ -47,8 +47,8 @@ public:
 
     /// The text, or the key itself.
     [[nodiscard]] std::string text(std::string_view key) const;
-    /// The text in the plural form for a count, with its placeholder "%d" still in it; or the key itself.
-    [[nodiscard]] std::string text(std::string_view key, std::int64_t count) const;
+    /// The text in the plural form for a count, with its placeholders still in it; or the key itself.
+    [[nodiscard]] std::string text(std::string_view key, double count) const;
 
 private:
     [[nodiscard]] const std::vector<std::unique_ptr<const StringTable>>& chain() const;
