@@ -133,9 +133,11 @@ void NavController::initNewListController(DocumentListController& list)
             TSD_DEBUG("    %@", shortenedPath(item, list.presentedURL()));
     list.offeredActions = bit(ListAction::Delete) | bit(ListAction::Rename) | bit(ListAction::Share) |
                           bit(ListAction::Info) | bit(ListAction::Move) | bit(ListAction::Pop);
+    configureNavBar(list);
     if (list.title().empty())
         TSD_WARNING("Warning: newList title not set");
     list.view().setBackgroundColor(Color::white());
+    configureToolbar(list);
     list.delegate = std::static_pointer_cast<NavController>(shared_from_this());
 }
 
@@ -181,13 +183,9 @@ void NavController::navigationControllerDidShowViewController(NavigationControll
     dropItemManager();
     if (editMode)
         editMode = list->editing();
+    updateStatusUI(list);
     initNewListController(*list);
     setToolbarHidden(false);
-}
-
-void NavController::documentListControllerItemsChanged(DocumentListController&)
-{
-    pickerIsAlive = true;
 }
 
 void NavController::documentListControllerURLWasRemoved(DocumentListController&)

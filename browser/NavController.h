@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/base/Date.h"
 #include "platform/base/NotificationCenter.h"
 #include "platform/base/Value.h"
 #include "platform/documents/DocumentListController.h"
@@ -26,9 +27,15 @@ class NavController : public NavigationController,
 public:
     [[nodiscard]] std::string className() const override { return "NavController"; }
 
-    bool editMode = false;      ///< items are being selected in the top list
-    std::string viewTitle;      ///< the top list's title outside edit mode
+    bool editMode = false;                             ///< items are being selected in the top list
+    std::string viewTitle;                             ///< the top list's title outside edit mode
+    std::shared_ptr<BarButtonItem> barButtonNewFolder; ///< of the toolbar in edit mode, as the next two; else null
+    std::shared_ptr<BarButtonItem> barButtonDeleteItem;
+    std::shared_ptr<BarButtonItem> barButtonMoveItem;
     bool pickerIsAlive = false; ///< some list has reported its items since the stack was last built
+
+    std::uint64_t quotaBytes = 0;       ///< free in the account's storage, as it was told last; 0 without a drive
+    std::optional<Date> lastQuotaFetch; ///< when that was; none: never
 
     /// Of the document that is previewed or peeked at; null while a list is shown.
     std::shared_ptr<PreviewItemManager> itemManager;
@@ -55,6 +62,17 @@ public:
     /// Goes to the top list and, 0.7 seconds later, searches there.
     void startSearch(const std::string& query);
 
+    /// Has items of the top list be selected, instead of opened.
+    void beginEditMode();
+    void endEditMode();
+    /// Selects all items of the top list.
+    void selectAllItems();
+    /// @param list whose items are to be selected, or no longer
+    void setEditModeAndUpdateUI(bool, const std::shared_ptr<DocumentListController>& list);
+    /// Shows what has changed of the items, the selection and the room that is left.
+    /// @param list null: the top one
+    void updateStatusUI(std::shared_ptr<DocumentListController> list);
+
     /// Deletes items after the user has agreed, each for itself, and tells what could not be deleted. The Desktop and
     /// Documents folders, and app libraries, are refused.
     /// @param usingView where the question points; may be null
@@ -74,6 +92,7 @@ public:
         DocumentListController&, const std::shared_ptr<DocumentListController>& newList) override;
     void documentListControllerDidSelectItemAtURL(DocumentListController&, const URL&) override;
     void documentListControllerItemsChanged(DocumentListController&) override;
+    void documentListControllerSelectAllItems(DocumentListController&) override;
     void documentListControllerURLWasRemoved(DocumentListController&) override;
     void documentListControllerPerformAction(DocumentListController&, int action, const URL&,
                                              const std::shared_ptr<View>& originatingView,
@@ -101,6 +120,14 @@ private:
     void tesselAccountAvailabilityChanged();
     void handleAccountChanges();
     void saveTesselToken(const std::optional<Data>&);
+
+    [[nodiscard]] std::function<void()> action(void (NavController::*operation)());
+    void configureVisibleControllerForMode();
+    void configureNavBar(DocumentListController&);
+    void configureToolbar(DocumentListController&);
+    [[nodiscard]] bool okToShowQuota() const;
+    [[nodiscard]] std::string toolbarStatusText(std::uint64_t itemCount) const;
+    [[nodiscard]] std::string quotaAvailableString() const;
 
     void openFolderLink(const URL&);
     void showPreviewSoon(const std::shared_ptr<DRItem>&, std::int32_t previewMode);

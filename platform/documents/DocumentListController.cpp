@@ -122,6 +122,16 @@ ListRow DocumentListController::row(std::size_t index) const
     return row;
 }
 
+SelectedItems DocumentListController::selectedItems() const
+{
+    return listing_->rows.selectedItems();
+}
+
+bool DocumentListController::isSelected(const URL& url) const
+{
+    return listing_->rows.isSelected(url);
+}
+
 std::vector<URL> DocumentListController::selectedItemURLs() const
 {
     return listing_->rows.selectedURLs();
@@ -156,6 +166,13 @@ void DocumentListController::selectAllRows()
 {
     if (const auto changes = listing_->rows.selectAll(); !changes.empty())
         show(listing_->state, changes);
+}
+
+void DocumentListController::askToSelectAll()
+{
+    const auto self = shared_from_this();
+    if (const auto listener = delegate.lock())
+        listener->documentListControllerSelectAllItems(*this);
 }
 
 void DocumentListController::makeSearchFieldFirstResponder()

@@ -29,6 +29,8 @@ public:
         DocumentListController&, const std::shared_ptr<DocumentListController>& newList) = 0;
     /// A document, package or link was pressed.
     virtual void documentListControllerDidSelectItemAtURL(DocumentListController&, const URL&) = 0;
+    /// The user wants all items selected.
+    virtual void documentListControllerSelectAllItems(DocumentListController&) {}
     /// The items, or which of them are selected, have changed.
     virtual void documentListControllerItemsChanged(DocumentListController&) = 0;
     /// An action was asked for, from a row's menu or gesture.
@@ -99,6 +101,9 @@ public:
     /// Made anew by each call.
     [[nodiscard]] std::vector<URL> containedItemURLs() const;
 
+    /// Costs a look at each row, and none at the file system.
+    [[nodiscard]] SelectedItems selectedItems() const;
+    [[nodiscard]] bool isSelected(const URL&) const;
     /// In list order.
     [[nodiscard]] std::vector<URL> selectedItemURLs() const;
     /// URLs that are not in the list are ignored.
@@ -139,6 +144,8 @@ public:
     /// Presses a row: opens it, or, while editing, selects or deselects it.
     void pressRow(std::size_t index);
     void selectAllRows();
+    /// Has the delegate do so.
+    void askToSelectAll();
     /// The keyboard has gone to the search field, or away from it.
     void setSearchFieldIsFirstResponder(bool isFirst) { searchFieldIsFirstResponder_ = isFirst; }
     /// The rows that can be seen, for which counts, tags and package sizes are fetched, now and when they change. An

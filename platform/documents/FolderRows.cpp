@@ -253,6 +253,30 @@ void FolderRows::setSelected(std::size_t index, bool selected)
         table_.setSelected(item, selected);
 }
 
+SelectedItems FolderRows::selectedItems() const
+{
+    SelectedItems selected;
+    for (std::size_t library = 0; library < shownLibraries_; ++library)
+        selected.libraries += libraries_[library].selected ? 1 : 0;
+    for (std::size_t item = 0; item < table_.size(); ++item) {
+        if (!table_.isSelected(item))
+            continue;
+        ++selected.count;
+        selected.folders += table_.entry(item).kind == EntryKind::Folder ? 1 : 0;
+    }
+    selected.count += selected.libraries;
+    return selected;
+}
+
+bool FolderRows::isSelected(const URL& url) const
+{
+    for (std::size_t library = 0; library < shownLibraries_; ++library)
+        if (libraries_[library].url == url)
+            return libraries_[library].selected;
+    const auto item = findItem(url);
+    return item && table_.isSelected(*item);
+}
+
 std::vector<URL> FolderRows::selectedURLs() const
 {
     std::vector<URL> result;

@@ -49,8 +49,10 @@ public:
     [[nodiscard]] RowChanges apply(const std::vector<FolderChange>&);
     [[nodiscard]] RowChanges replaceWith(FolderTable);
 
+    [[nodiscard]] SelectedItems selectedItems() const;
     [[nodiscard]] std::vector<URL> selectedURLs() const;
     [[nodiscard]] bool isSelected(std::size_t index) const;
+    [[nodiscard]] bool isSelected(const URL&) const;
     void setSelected(std::size_t index, bool selected);
     /// Selects exactly these, as far as they are in the list.
     /// @returns the rows that changed

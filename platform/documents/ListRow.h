@@ -4,6 +4,7 @@
 #include "platform/base/URL.h"
 #include "platform/ui/Color.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -39,6 +40,13 @@ struct ListRow {
     bool inCloud = false;                        ///< its content is not on the device
     std::optional<double> downloadProgress = {}; ///< from 0 to 1, while its content is coming
     bool selected = false;
+};
+
+/// How many items of a list are selected, and of what kinds.
+struct SelectedItems {
+    std::size_t count = 0; ///< of all kinds
+    std::size_t libraries = 0;
+    std::size_t folders = 0; ///< no packages
 };
 
 } // namespace tessel

@@ -171,7 +171,7 @@ void FolderList::selectAll()
 {
     const auto controller = controller_.lock();
     if (controller && controller->editing())
-        controller->selectAllRows();
+        controller->askToSelectAll();
 }
 
 void FolderList::clearSelection()
