@@ -39,9 +39,9 @@ InstalledPlatform::InstalledPlatform() : drive("drive")
 InstalledPlatform::InstalledPlatform(std::initializer_list<Library> libraries) : drive("home/Mobile Documents")
 {
     drive.folder(containerFolderName(kDefaultContainerIdentifier));
-    for (const auto& [identifier, localizedName, owners, documentTypes] : libraries) {
+    for (const auto& [identifier, localizedName, owners, documentTypes, depth] : libraries) {
         const auto folder = drive.folder(containerFolderName(identifier) + "/Documents").deletingLastPathComponent();
-        check(writeContainerDeclaration({identifier, folder, localizedName, {}, documentTypes, owners}, folder));
+        check(writeContainerDeclaration({identifier, folder, localizedName, depth, documentTypes, owners}, folder));
     }
     install(drive.url().deletingLastPathComponent(), std::nullopt);
 }

@@ -31,6 +31,7 @@ public:
         std::string localizedName;
         std::vector<std::string> owners = {};        ///< identifiers of its applications
         std::vector<std::string> documentTypes = {}; ///< type identifiers
+        std::optional<std::string> depthOption = {};
     };
 
     /// Binds `drive`, which is empty.
