@@ -47,6 +47,11 @@ public:
     /// @returns why it cannot be started; nothing is left of the attempt
     [[nodiscard]] virtual std::optional<Error> openDocument(const URL&, const ApplicationRecord&) = 0;
 
+    /// Has the user's application for it open a page on the web.
+    /// @param link UTF-8, with the scheme http or https; others are refused, and have no application started
+    /// @returns why no application was started
+    [[nodiscard]] virtual std::optional<Error> openLink(const std::string& link) = 0;
+
     /// Whether an application is still to be started, once a document is on the device.
     [[nodiscard]] virtual bool isAwaitingDocuments() const = 0;
 

@@ -48,6 +48,8 @@ public:
     /// first seconds is logged; one for the terminal is refused where there is none. A document that is not on the
     /// device is downloaded first, on a worker: then the call returns at once, and a failure is logged.
     [[nodiscard]] std::optional<Error> openDocument(const URL&, const ApplicationRecord&) override;
+    /// The user's choice for the link's scheme, else an application that claims it.
+    [[nodiscard]] std::optional<Error> openLink(const std::string& link) override;
     [[nodiscard]] bool isAwaitingDocuments() const override { return awaitedDocuments_ > 0; }
 
 private:
@@ -67,6 +69,8 @@ private:
 
     void downloadAndStart(const std::string& bundleIdentifier, const URL& document);
     [[nodiscard]] std::optional<Error> start(const std::string& bundleIdentifier, const URL& document);
+    [[nodiscard]] std::optional<Error> start(const DesktopEntry&, const std::string& program, const URL& document,
+                                             const std::string& link);
     [[nodiscard]] std::optional<Error> start(const DesktopEntry&, const std::string& program,
                                              std::vector<std::string> arguments, const URL& document);
     void logEnd(const std::string& name, int status) const;

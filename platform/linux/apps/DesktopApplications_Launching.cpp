@@ -36,6 +36,18 @@ std::string workingFolderOf(const DesktopEntry& entry, const URL& document)
     return canBeEntered(folder) ? folder : "/";
 }
 
+/// "http" or "https"; empty for a link of another scheme, and for what is no link in one word.
+std::string webSchemeOf(std::string_view link)
+{
+    const auto isSeparator = [](char byte) { return static_cast<unsigned char>(byte) <= ' ' || byte == 0x7F; };
+    if (std::any_of(link.begin(), link.end(), isSeparator))
+        return {};
+    for (const std::string_view scheme : {"http", "https"})
+        if (link.starts_with(scheme) && link.substr(scheme.size()).starts_with("://"))
+            return std::string(scheme);
+    return {};
+}
+
 bool hasFailed(int status)
 {
     return !WIFEXITED(status) || WEXITSTATUS(status) != 0;
@@ -49,6 +61,17 @@ std::optional<Error> DesktopApplications::openDocument(const URL& document, cons
         return start(application.bundleIdentifier, document);
     downloadAndStart(application.bundleIdentifier, document);
     return std::nullopt;
+}
+
+std::optional<Error> DesktopApplications::openLink(const std::string& link)
+{
+    catalog_.refresh();
+    if (const auto scheme = webSchemeOf(link); !scheme.empty())
+        for (const auto* entry : ownersOfType("x-scheme-handler/" + scheme))
+            if (entry->exec->takesAddress())
+                return start(*entry, *programOf(*entry), URL::file("/"), link);
+    const auto reason = services_.text.localized("There is no application that opens this link.");
+    return Error{Domain::General, ErrorCode::kUnsupported, reason, reason};
 }
 
 void DesktopApplications::downloadAndStart(const std::string& bundleIdentifier, const URL& document)
@@ -76,10 +99,16 @@ std::optional<Error> DesktopApplications::start(const std::string& bundleIdentif
     const auto program = entry ? programOf(*entry) : std::nullopt;
     if (!program || !entry->exec->takesDocument())
         return errnoError(program ? EINVAL : ENOENT, URL::file(bundleIdentifier));
-    auto arguments = entry->exec->arguments({document, entry->localizedName, entry->icon, entry->file.path()});
-    arguments.insert(arguments.begin(), entry->exec->program());
-    if (!entry->isInTerminal)
-        return start(*entry, *program, std::move(arguments), document);
+    return start(*entry, *program, document, {});
+}
+
+std::optional<Error> DesktopApplications::start(const DesktopEntry& entry, const std::string& program,
+                                                const URL& document, const std::string& link)
+{
+    auto arguments = entry.exec->arguments({document, entry.localizedName, entry.icon, entry.file.path(), link});
+    arguments.insert(arguments.begin(), entry.exec->program());
+    if (!entry.isInTerminal)
+        return start(entry, program, std::move(arguments), document);
     auto words = terminalCommand();
     if (words.empty()) {
         const auto reason = services_.text.localized("There is no terminal to run the application in.");
@@ -87,7 +116,7 @@ std::optional<Error> DesktopApplications::start(const std::string& bundleIdentif
     }
     const auto terminal = words.front();
     words.insert(words.end(), arguments.begin(), arguments.end());
-    return start(*entry, terminal, std::move(words), document);
+    return start(entry, terminal, std::move(words), document);
 }
 
 std::vector<std::string> DesktopApplications::terminalCommand() const

@@ -25,10 +25,10 @@ bool isDocumentCode(char code)
 
 std::string expanded(char code, const ExecLine::Fields& fields)
 {
-    if (isOneOf(kPathCodes, code))
-        return fields.document.path();
     if (isOneOf(kAddressCodes, code))
-        return fields.document.absoluteString();
+        return fields.link.empty() ? fields.document.absoluteString() : fields.link;
+    if (isOneOf(kPathCodes, code))
+        return fields.link.empty() ? fields.document.path() : "";
     if (code == 'c')
         return fields.name;
     return code == 'k' ? fields.entry : "";
@@ -129,8 +129,10 @@ std::optional<ExecLine> ExecLine::parse(std::string_view exec)
     line.program_ = first.front().text;
     line.words_.assign(words->begin() + 1, words->end());
     for (const auto& word : line.words_)
-        for (const auto& part : word)
+        for (const auto& part : word) {
             line.takesDocument_ = line.takesDocument_ || isDocumentCode(part.code);
+            line.takesAddress_ = line.takesAddress_ || isOneOf(kAddressCodes, part.code);
+        }
     return line;
 }
 

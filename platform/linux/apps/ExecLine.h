@@ -16,9 +16,10 @@ public:
     /// What field codes stand for.
     struct Fields {
         URL document;
-        std::string name;  ///< the entry's, in the user's language
-        std::string icon;  ///< empty for none
-        std::string entry; ///< the entry's path
+        std::string name;      ///< the entry's, in the user's language
+        std::string icon;      ///< empty for none
+        std::string entry;     ///< the entry's path
+        std::string link = {}; ///< what is opened in place of a document; empty for none
     };
 
     /// @param exec the value with its escapes resolved
@@ -30,6 +31,8 @@ public:
     [[nodiscard]] const std::string& program() const { return program_; }
     /// Whether the command has a place for a document.
     [[nodiscard]] bool takesDocument() const { return takesDocument_; }
+    /// Whether it has one for the address of a document, or of what is no file.
+    [[nodiscard]] bool takesAddress() const { return takesAddress_; }
     /// The words behind the program.
     [[nodiscard]] std::vector<std::string> arguments(const Fields&) const;
 
@@ -50,6 +53,7 @@ private:
     std::string program_;
     std::vector<Word> words_;
     bool takesDocument_ = false;
+    bool takesAddress_ = false;
 };
 
 } // namespace tessel

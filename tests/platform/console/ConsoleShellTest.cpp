@@ -72,6 +72,7 @@ public:
     [[nodiscard]] std::shared_ptr<const ApplicationRecord> application(std::string_view) const override { return {}; }
     [[nodiscard]] RankedApplications applicationsForDocument(const URL&) const override { return {}; }
     [[nodiscard]] std::optional<Error> openDocument(const URL&, const ApplicationRecord&) override { return {}; }
+    [[nodiscard]] std::optional<Error> openLink(const std::string&) override { return {}; }
     [[nodiscard]] bool isAwaitingDocuments() const override { return clock_.uptime() < until_; }
 
 private:
