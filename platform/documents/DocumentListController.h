@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -96,6 +97,8 @@ public:
 
     std::weak_ptr<DocumentListControllerDelegate> delegate;
     std::uint32_t offeredActions = 0; ///< bit n offers list action code n
+    /// What others keep with the list for as long as it lives, by the address of a constant of theirs.
+    std::map<const void*, std::shared_ptr<void>> associatedObjects;
 
     [[nodiscard]] std::size_t containedItemCount() const;
     /// Made anew by each call.
