@@ -48,7 +48,7 @@ bool runReadyUntil(Clock::Ticks deadline)
 bool isMoreToCome()
 {
     const auto wait = untilNextDue();
-    return (wait && *wait <= kNearFuture) || platform::installed().apps.isAwaitingDocuments();
+    return (wait && *wait <= kNearFuture) || DispatchQueue::main().isExpecting() || platform::installed().apps.isAwaitingDocuments();
 }
 
 } // namespace

@@ -9,6 +9,7 @@
 #include "platform/linux/cloud/ExampleDrive.h"
 #include "platform/linux/cloud/FileActivities.h"
 #include "platform/linux/cloud/FileKeyValueStore.h"
+#include "platform/linux/cloud/FileOffers.h"
 #include "platform/linux/cloud/LocalCloudService.h"
 #include "platform/linux/cloud/LocalQuota.h"
 #include "platform/linux/coordination/LinuxFileCoordination.h"
@@ -40,7 +41,8 @@ struct LinuxPlatform::Parts {
           documents(cloudStoreIn(home), text, types, unfinished),
           coordination({clock, mainQueue, log, text, files, documents, progress}, coordinationFolder(home)),
           defaults(home.appending("defaults.json"), log),
-          keyValues(keyValueFileIn(home), mainQueue, notifications, log), states(home.appending("state.json"), log),
+          keyValues(keyValueFileIn(home), mainQueue, notifications, log),
+          offers(offersFileIn(home), mainQueue, notifications, log), states(home.appending("state.json"), log),
           apps(options.desktop ? *options.desktop : DesktopFolders::ofUser(), locale,
                {mainQueue, log, clock, text, types, coordination}),
           decoder({mainQueue, log, types}, {.program = options.decoder.empty() ? decoderProgram() : options.decoder})
@@ -57,7 +59,7 @@ struct LinuxPlatform::Parts {
             return opened.error();
         cloud = std::move(opened.value());
         activities.emplace(activitiesIn(home), *cloud, log);
-        quota.emplace(home, *cloud);
+        quota.emplace(home, *cloud, offers, clock);
         files.beforeMove = [this](const URL& url) { cloud->documentIdentifiers().recognizeBeforeMove(url); };
         storage.emplace(*cloud, cloud->documentIdentifiers());
         resources.emplace(files, types, cloud->documentIdentifiers());
@@ -80,6 +82,7 @@ struct LinuxPlatform::Parts {
     LinuxFileCoordination coordination;
     FileUserDefaults defaults;
     FileKeyValueStore keyValues;
+    FileOffers offers;
     FileStateStore states;
     DesktopApplications apps;
     ProcessDecoder decoder;

@@ -64,6 +64,15 @@ void MainQueue::drop()
     }
 }
 
+MainQueue::Expectation MainQueue::expectation()
+{
+    ++expectations_;
+    return {this, [](MainQueue* queue) {
+                --queue->expectations_;
+                queue->wake();
+            }};
+}
+
 std::optional<Task> MainQueue::takeReady()
 {
     const std::lock_guard lock(mutex_);

@@ -3,6 +3,7 @@
 #include "platform/run/Clock.h"
 #include "platform/run/DispatchQueue.h"
 
+#include <atomic>
 #include <deque>
 #include <map>
 #include <memory>
@@ -57,8 +58,14 @@ public:
     /// Lets go of all tasks that have not run, and of what they hold, while all that they may need is still there.
     void drop();
 
-    /// Called, from any thread, when a task was added: the shell's chance to wake its loop. Set before other threads
-    /// run.
+    /// Held by work on another thread that may add a task here, which then holds it, too. Safe from any thread.
+    using Expectation = std::shared_ptr<const void>;
+    [[nodiscard]] Expectation expectation();
+    /// Whether one is held: what is ready is then not all that comes.
+    [[nodiscard]] bool isExpecting() const { return expectations_ > 0; }
+
+    /// Called, from any thread, when a task was added or an expectation has ended: the shell's chance to wake its loop.
+    /// Set before other threads run.
     void setWakeHandler(std::function<void()> handler) { wake_ = std::move(handler); }
 
 private:
@@ -67,10 +74,11 @@ private:
     void wake() const;
 
     const Clock& clock_;
+    std::function<void()> wake_;
+    std::atomic<std::size_t> expectations_ = 0;
     mutable std::mutex mutex_;
     std::deque<Task> ready_;
     std::multimap<Clock::Ticks, std::shared_ptr<Task>> delayed_;
-    std::function<void()> wake_;
 };
 
 } // namespace tessel

@@ -70,7 +70,7 @@ void InstalledPlatform::install(const URL& home, std::optional<std::string> boun
 void InstalledPlatform::settle()
 {
     auto& queue = services().mainQueue;
-    if (!runUntil([&] { return !queue.runReady() && !isListOnScreenBusy(); }))
+    if (!runUntil([&] { return !queue.runReady() && !queue.isExpecting() && !isListOnScreenBusy(); }))
         throw std::runtime_error("work is still under way");
 }
 

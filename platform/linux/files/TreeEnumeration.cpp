@@ -33,8 +33,9 @@ FolderStream streamOf(FileDescriptor folder)
 
 class DeepEnumeration {
 public:
-    DeepEnumeration(const URL& root, const EntryVisitor& visit, const EntryErrorHandler& onError)
-        : root_(root), visit_(visit), onError_(onError)
+    DeepEnumeration(const URL& root, const EntryVisitor& visit, const EntryErrorHandler& onError,
+                    const std::stop_token& stop)
+        : root_(root), visit_(visit), onError_(onError), stop_(stop)
     {
     }
 
@@ -45,7 +46,7 @@ public:
             report(root_, errno);
             return;
         }
-        while (!stopped_ && !pending_.empty()) {
+        while (!isStopped() && !pending_.empty()) {
             const auto folder = std::move(pending_.back());
             pending_.pop_back();
             readFolder(folder, streamOf(openBelow(root.get(), folder)));
@@ -58,7 +59,7 @@ private:
         const auto url = folder.empty() ? root_ : root_.appending(folder);
         if (!stream)
             return reportUnlessGone(url);
-        while (!stopped_) {
+        while (!isStopped()) {
             errno = 0;
             const auto* entry = ::readdir(stream.get());
             if (!entry)
@@ -68,6 +69,8 @@ private:
                 describe(folder, url.appending(name), fileAttributesAt(::dirfd(stream.get()), entry->d_name));
         }
     }
+
+    [[nodiscard]] bool isStopped() const { return stopped_ || stop_.stop_requested(); }
 
     void describe(const std::string& folder, const URL& url, const std::optional<FileAttributes>& attributes)
     {
@@ -93,6 +96,7 @@ private:
     const URL root_;
     const EntryVisitor& visit_;
     const EntryErrorHandler& onError_;
+    const std::stop_token& stop_;
     // Paths below the root of folders that are still to be read; the empty one is the root's own.
     std::vector<std::string> pending_ = {std::string()};
     bool stopped_ = false;
@@ -140,9 +144,10 @@ std::optional<Error> enumerateEntries(const URL& folder,
     }
 }
 
-void enumerateTree(const URL& folder, const EntryVisitor& visit, const EntryErrorHandler& onError)
+void enumerateTree(const URL& folder, const EntryVisitor& visit, const EntryErrorHandler& onError,
+                   const std::stop_token& stop)
 {
-    DeepEnumeration(folder, visit, onError).run();
+    DeepEnumeration(folder, visit, onError, stop).run();
 }
 
 } // namespace tessel

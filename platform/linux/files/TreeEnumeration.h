@@ -4,6 +4,7 @@
 #include "platform/linux/files/FileDescriptor.h"
 
 #include <functional>
+#include <stop_token>
 #include <string_view>
 
 namespace tessel {
@@ -18,7 +19,9 @@ using EntryErrorHandler = std::function<OnEnumerationError(const URL&, const Err
 /// Visits every entry below a folder as FileManager::enumerateDeep does. Uses three descriptors at most and no
 /// recursion, however deep the tree is. An item that goes meanwhile is left out without an error. The order within a
 /// folder is the file system's.
-void enumerateTree(const URL& folder, const EntryVisitor& visit, const EntryErrorHandler& onError);
+/// @param stop ends the enumeration early
+void enumerateTree(const URL& folder, const EntryVisitor& visit, const EntryErrorHandler& onError,
+                   const std::stop_token& stop = {});
 
 /// Opens a folder below another by a path of any length: in parts that the kernel takes (PATH_MAX), which may not end
 /// in a link.
