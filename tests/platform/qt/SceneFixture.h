@@ -29,6 +29,7 @@ protected:
         {
             done.push_back("item " + std::string(url.lastPathComponent()));
         }
+        void documentListControllerSelectAllItems(DocumentListController& list) override { list.selectAllRows(); }
         void documentListControllerItemsChanged(DocumentListController&) override {}
         void documentListControllerPerformAction(DocumentListController&, int action, const URL& url,
                                                  const std::shared_ptr<View>&, const std::function<void()>&) override
