@@ -1,5 +1,6 @@
 #pragma once
 
+#include "browser/StatusBar.h"
 #include "platform/base/Date.h"
 #include "platform/base/NotificationCenter.h"
 #include "platform/base/Value.h"
@@ -34,8 +35,9 @@ public:
     std::shared_ptr<BarButtonItem> barButtonMoveItem;
     bool pickerIsAlive = false; ///< some list has reported its items since the stack was last built
 
-    std::uint64_t quotaBytes = 0;       ///< free in the account's storage, as it was told last; 0 without a drive
-    std::optional<Date> lastQuotaFetch; ///< when that was; none: never
+    std::uint64_t quotaBytes = 0;             ///< free in the account's storage, as it was told last; 0 without a drive
+    std::optional<Date> lastQuotaFetch;       ///< when that was; none: never
+    std::optional<StorageOffer> upgradeOffer; ///< the current one
 
     /// Of the document that is previewed or peeked at; null while a list is shown.
     std::shared_ptr<PreviewItemManager> itemManager;

@@ -116,8 +116,10 @@ void NavController::configureToolbar(DocumentListController& list)
         list.setToolbarItems({barButtonNewFolder, space, barButtonMoveItem, space, barButtonDeleteItem});
         return;
     }
-    const auto shared = std::static_pointer_cast<DocumentListController>(list.shared_from_this());
-    updateStatusUI(shared);
+    if (!statusBar(list))
+        createStatusBar(list, upgradeOffer, nullptr);
+    displayStatusBar(list);
+    updateStatusUI(std::static_pointer_cast<DocumentListController>(list.shared_from_this()));
 }
 
 void NavController::updateStatusUI(std::shared_ptr<DocumentListController> list)
@@ -126,7 +128,13 @@ void NavController::updateStatusUI(std::shared_ptr<DocumentListController> list)
         return;
     if (!list)
         list = getTopDocumentListController();
-    if (!list || !editMode)
+    if (!list)
+        return;
+    if (const auto status = statusBar(*list)) {
+        status->setStatusText(toolbarStatusText(list->containedItemCount()));
+        status->showUpgradeOffer(upgradeOffer);
+    }
+    if (!editMode)
         return;
     const auto selected = static_cast<std::int64_t>(list->selectedItems().count);
     const auto& text = platform::installed().text;
