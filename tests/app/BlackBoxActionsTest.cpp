@@ -27,7 +27,7 @@ protected:
             "--console", "--log", "off", "--home", folder.url("home").path(), "--drive", folder.url("drive").path()};
     }
     void does(const std::string& command) { EXPECT_EQ(program.send(command).answer, "ok") << command; }
-    [[nodiscard]] std::vector<std::string> screen() { return program.send("screen").lines; }
+    [[nodiscard]] std::vector<std::string> screen() { return program.screen(); }
     [[nodiscard]] bool exists(std::string_view name) const { return std::filesystem::exists(folder.url(name).path()); }
 
     TemporaryDrive folder;
@@ -58,7 +58,7 @@ TEST_F(BlackBoxActionsTest, RenamesARow)
     does("type \" Budget \"");
     does("return");
     does("settle");
-    EXPECT_THAT(screen(), ElementsAre("title: Tessel Drive", "row: file | Budget.doc | 6 bytes",
+    EXPECT_THAT(screen(), ElementsAre("title: Tessel Drive", "right: Select", "row: file | Budget.doc | 6 bytes",
                                       "row: file | Taken.doc | 5 bytes"));
     EXPECT_EQ(folder.read("drive/Budget.doc") + folder.read("drive/Taken.doc"), "reporttaken");
 }
@@ -83,7 +83,7 @@ TEST_F(BlackBoxActionsTest, DeletesARow)
     does("action Report.doc Delete");
     does("tap \"Delete from Tessel Drive\"");
     does("settle");
-    EXPECT_THAT(screen(), ElementsAre("title: Tessel Drive", "row: file | Taken.doc | 5 bytes"));
+    EXPECT_THAT(screen(), ElementsAre("title: Tessel Drive", "right: Select", "row: file | Taken.doc | 5 bytes"));
     EXPECT_FALSE(exists("drive/Report.doc"));
     EXPECT_EQ(program.send("action Taken.doc Move").answer, "error: \"Move\" is disabled");
 }

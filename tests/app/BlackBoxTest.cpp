@@ -44,18 +44,11 @@ protected:
 
     [[nodiscard]] std::string drivePath() const { return folder.url("drive").path(); }
 
-    static Lines screen(Program& program)
-    {
-        auto reply = program.send("screen");
-        EXPECT_EQ(reply.answer, "ok");
-        return reply.lines;
-    }
-
     /// Whether the screen comes to fulfil the condition within a second.
     static bool soon(Program& program, const std::function<bool(const Lines&)>& condition)
     {
         const auto deadline = std::chrono::steady_clock::now() + 1s;
-        while (!condition(screen(program))) {
+        while (!condition(program.screen())) {
             if (std::chrono::steady_clock::now() > deadline)
                 return false;
             program.send("wait 0.01");
@@ -76,15 +69,16 @@ TEST_F(BlackBoxTest, WalksDownAndBack)
     folder.tree("drive/Projects/Bridge/ drive/Projects/Bridge/Plan.txt drive/Projects/Notes.txt");
     Program program(arguments());
 
-    EXPECT_THAT(screen(program), ElementsAre("title: Tessel Drive", "row: folder | Projects | 2 items"));
+    EXPECT_THAT(program.screen(),
+                ElementsAre("title: Tessel Drive", "right: Select", "row: folder | Projects | 2 items"));
     EXPECT_EQ(program.send("tap Projects").answer, "ok");
     EXPECT_EQ(program.send("tap Bridge").answer, "ok");
-    EXPECT_THAT(screen(program), AllOf(Contains("title: Bridge"), Contains("back: Projects"),
-                                       Contains(StartsWith("row: file | Plan.txt"))));
+    EXPECT_THAT(program.screen(), AllOf(Contains("title: Bridge"), Contains("back: Projects"),
+                                        Contains(StartsWith("row: file | Plan.txt"))));
 
     EXPECT_EQ(program.send("back").answer, "ok");
     EXPECT_EQ(program.send("tap \"Tessel Drive\"").answer, "ok");
-    EXPECT_THAT(screen(program), AllOf(Contains("title: Tessel Drive"), Not(Contains(StartsWith("back: ")))));
+    EXPECT_THAT(program.screen(), AllOf(Contains("title: Tessel Drive"), Not(Contains(StartsWith("back: ")))));
     EXPECT_EQ(program.send("quit").answer, "ok");
     const auto end = program.finish();
     EXPECT_EQ(end.status, 0);
@@ -95,7 +89,7 @@ TEST_F(BlackBoxTest, RefusesWhatIsNotThereAndChangesNothing)
 {
     folder.tree("drive/Projects/");
     Program program(arguments());
-    const auto before = screen(program);
+    const auto before = program.screen();
 
     EXPECT_EQ(program.send("back").answer, "error: there is no back button");
     EXPECT_EQ(program.send("tap Nowhere").answer, "error: nothing called \"Nowhere\" on the screen");
@@ -103,7 +97,7 @@ TEST_F(BlackBoxTest, RefusesWhatIsNotThereAndChangesNothing)
     program.write(std::string(3 << 20, 'x'));
     EXPECT_EQ(program.send("").answer, "error: the line is too long");
 
-    EXPECT_EQ(screen(program), before);
+    EXPECT_EQ(program.screen(), before);
 }
 
 // Names that a shell, a terminal or a list could stumble over; each must show on one line and lead to its folder.
@@ -141,11 +135,11 @@ TEST_F(BlackBoxTest, ShowsAnUnreadableFolderAsFailedAndNeverAsEmpty)
     Program program(arguments(), user);
 
     program.send("tap Secret");
-    EXPECT_THAT(screen(program),
-                ElementsAre("title: Secret", "back: Tessel Drive", "failed: Secret | Permission denied"));
+    EXPECT_THAT(program.screen(), ElementsAre("title: Secret", "back: Tessel Drive", "right: Select",
+                                              "failed: Secret | Permission denied"));
     program.send("back");
     program.send("tap Void");
-    EXPECT_THAT(screen(program), ElementsAre("title: Void", "back: Tessel Drive", "empty: Void"));
+    EXPECT_THAT(program.screen(), ElementsAre("title: Void", "back: Tessel Drive", "right: Select", "empty: Void"));
 }
 
 TEST_F(BlackBoxTest, ShowsTheDriveOnlyWhileSomebodyIsSignedIn)
@@ -155,9 +149,9 @@ TEST_F(BlackBoxTest, ShowsTheDriveOnlyWhileSomebodyIsSignedIn)
     program.send("tap Projects");
 
     EXPECT_EQ(program.send("sign-out").answer, "ok");
-    EXPECT_THAT(screen(program), AllOf(Contains(StartsWith("unavailable: ")), Not(Contains(StartsWith("row: ")))));
+    EXPECT_THAT(program.screen(), AllOf(Contains(StartsWith("unavailable: ")), Not(Contains(StartsWith("row: ")))));
     EXPECT_EQ(program.send("sign-in anna").answer, "ok");
-    EXPECT_THAT(screen(program),
+    EXPECT_THAT(program.screen(),
                 AllOf(Contains("title: Tessel Drive"), Contains(StartsWith("row: folder | Projects"))));
 }
 
@@ -172,12 +166,13 @@ TEST_F(BlackBoxTest, FollowsOtherProgramsChanges)
     fs::rename(folder.url("drive/Projects/New.txt").path(), folder.url("drive/Projects/Newer.txt").path());
     fs::remove(folder.url("drive/Projects/Old.txt").path());
     EXPECT_TRUE(soon(program, [](const Lines& lines) {
-        return lines == Lines{"title: Projects", "back: Tessel Drive", "row: file | Newer.txt | 5 bytes"};
+        return lines ==
+               Lines{"title: Projects", "back: Tessel Drive", "right: Select", "row: file | Newer.txt | 5 bytes"};
     }));
 
     fs::remove_all(folder.url("drive/Projects").path());
     EXPECT_TRUE(soon(program, [](const Lines& lines) {
-        return lines == Lines{"title: Tessel Drive", "empty: Tessel Drive"};
+        return lines == Lines{"title: Tessel Drive", "right: Select", "empty: Tessel Drive"};
     }));
 }
 
@@ -187,19 +182,20 @@ TEST_F(BlackBoxTest, FindsBelowTheShownFolder)
     Program program(arguments());
 
     EXPECT_EQ(program.send("search report").answer, "ok");
-    EXPECT_THAT(screen(program), AllOf(Contains("search: report"), Contains(StartsWith("row: file | Report.txt")),
-                                       Not(Contains(HasSubstr("Plan.txt")))));
+    EXPECT_THAT(program.screen(), AllOf(Contains("search: report"), Contains(StartsWith("row: file | Report.txt")),
+                                        Not(Contains(HasSubstr("Plan.txt")))));
     EXPECT_EQ(program.send("search \"\"").answer, "ok");
-    EXPECT_THAT(screen(program), AllOf(Not(Contains(StartsWith("search: "))), Contains(HasSubstr("Plan.txt"))));
+    EXPECT_THAT(program.screen(), AllOf(Not(Contains(StartsWith("search: "))), Contains(HasSubstr("Plan.txt"))));
 }
 
 TEST_F(BlackBoxTest, PrintsTheFirstScreenWhenThereIsNoCommand)
 {
     folder.tree("drive/Projects/");
-    EXPECT_EQ(Program::run(arguments(), "# nothing\n\n").output,
-              "title: Tessel Drive\nrow: folder | Projects | 0 items\n");
-    EXPECT_EQ(Program::run(arguments({"--json"})).output,
-              "{\"title\": \"Tessel Drive\", \"row\": [\"folder | Projects | 0 items\"]}\n");
+    EXPECT_THAT(Program::run(arguments(), "# nothing\n\n").output,
+                StartsWith("title: Tessel Drive\nright: Select\nrow: folder | Projects | 0 items\nstatus: 1 item"));
+    EXPECT_THAT(Program::run(arguments({"--json"})).output,
+                StartsWith("{\"title\": \"Tessel Drive\", \"right\": [\"Select\"], "
+                           "\"row\": [\"folder | Projects | 0 items\"], \"status\": \"1 item"));
 }
 
 TEST_F(BlackBoxTest, EndsQuietlyWhenNobodyReadsItsOutput)

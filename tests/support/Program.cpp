@@ -104,6 +104,13 @@ Program::Reply Program::send(std::string_view command)
     }
 }
 
+std::vector<std::string> Program::screen()
+{
+    auto lines = send("screen").lines;
+    std::erase_if(lines, [](const std::string& line) { return line.starts_with("status: "); });
+    return lines;
+}
+
 void Program::write(std::string_view bytes) const
 {
     while (!bytes.empty()) {

@@ -41,6 +41,9 @@ public:
     /// Ends the input and waits for the end. The output is what no `send` has read.
     Result finish();
 
+    /// The screen, but for how much room there is, which is the machine's.
+    [[nodiscard]] std::vector<std::string> screen();
+
     /// Runs it from start to end with this input.
     static Result run(const std::vector<std::string>& arguments, std::string_view input = {});
 
