@@ -60,6 +60,7 @@ void NavController::viewDidLoad()
         notifications.observe(kCloudIdentityChangedNotification, [this] { tesselAccountAvailabilityChanged(); });
     setupInitialViewController();
     NavigationController::viewDidLoad();
+    followOffers();
 }
 
 void NavController::setupInitialViewController()
@@ -78,14 +79,14 @@ void NavController::showDrive()
     TSD_FUNCTION("-[NavController setupInitialViewController]");
     TSD_DEBUG("Tessel is enabled");
     setToolbarHidden(false);
-    const auto list = DocumentListController::create();
-    if (!list) {
+    if (const auto list = DocumentListController::create()) {
+        TSD_DEBUG("Contained items: %@", list->containedItemURLs());
+        initNewListController(*list);
+        setViewControllers({list}, Animated::No);
+    } else {
         TSD_ERROR("Creating the document list controller failed");
-        return;
     }
-    TSD_DEBUG("Contained items: %@", list->containedItemURLs());
-    initNewListController(*list);
-    setViewControllers({list}, Animated::No);
+    startQuotaFetcher();
 }
 
 void NavController::showUnavailable()
@@ -97,6 +98,8 @@ void NavController::showUnavailable()
     else
         tellUnavailable();
     setToolbarHidden(true);
+    quotaFetcher = nullptr;
+    quotaBytes = 0;
 }
 
 void NavController::tellUnavailable()

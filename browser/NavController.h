@@ -1,5 +1,6 @@
 #pragma once
 
+#include "browser/QuotaFetcher.h"
 #include "browser/StatusBar.h"
 #include "platform/base/Date.h"
 #include "platform/base/NotificationCenter.h"
@@ -18,13 +19,16 @@ namespace tessel {
 class DRItem;
 class FilenamePrompt;
 class PreviewItemManager;
+class UpgradeFlowManager;
 
 /// The root of the window and the spine of the browser: a stack of folder lists from the drive's top folder down to
 /// the one on screen, or the unavailable view while no account is signed in. It configures every list before it is
 /// shown and answers what the user does in it. Main thread only.
 class NavController : public NavigationController,
                       public NavigationControllerDelegate,
-                      public DocumentListControllerDelegate {
+                      public DocumentListControllerDelegate,
+                      public QuotaFetcherDelegate,
+                      public DocumentListControllerStatusBarDelegate {
 public:
     [[nodiscard]] std::string className() const override { return "NavController"; }
 
@@ -35,9 +39,11 @@ public:
     std::shared_ptr<BarButtonItem> barButtonMoveItem;
     bool pickerIsAlive = false; ///< some list has reported its items since the stack was last built
 
-    std::uint64_t quotaBytes = 0;             ///< free in the account's storage, as it was told last; 0 without a drive
-    std::optional<Date> lastQuotaFetch;       ///< when that was; none: never
-    std::optional<StorageOffer> upgradeOffer; ///< the current one
+    std::uint64_t quotaBytes = 0;       ///< free in the account's storage, as it was told last; 0 without a drive
+    std::optional<Date> lastQuotaFetch; ///< when that was; none: never
+    std::shared_ptr<QuotaFetcher> quotaFetcher;         ///< null without a drive
+    std::optional<StorageOffer> upgradeOffer;           ///< the current one
+    std::shared_ptr<UpgradeFlowManager> upgradeFlowMgr; ///< of the last press of the offer's button
 
     /// Of the document that is previewed or peeked at; null while a list is shown.
     std::shared_ptr<PreviewItemManager> itemManager;
@@ -106,6 +112,10 @@ public:
     [[nodiscard]] std::optional<Color> documentListControllerColorOfTag(const DocumentListController&,
                                                                         const std::string& tag) const override;
 
+    void quotaFetcherDidUpdateValue(QuotaFetcher&, std::uint64_t freeBytes) override;
+    /// Leads the user through the current offer.
+    void upgradeStorageButtonPressed() override;
+
     void encodeRestorableState(StateCoder&) const override;
     void decodeRestorableState(const StateCoder&) override;
 
@@ -116,6 +126,9 @@ private:
     void showDrive();
     void showUnavailable();
     void tellUnavailable();
+    void startQuotaFetcher();
+    void followOffers();
+    void offerChangedNotification();
     void initNewListController(DocumentListController&);
 
     void didBecomeActiveNotification();
@@ -141,6 +154,7 @@ private:
 
     NotificationCenter::Observation becomeActive_;
     NotificationCenter::Observation identityChanged_;
+    NotificationCenter::Observation offerChanged_;
 };
 
 } // namespace tessel

@@ -117,7 +117,7 @@ void NavController::configureToolbar(DocumentListController& list)
         return;
     }
     if (!statusBar(list))
-        createStatusBar(list, upgradeOffer, nullptr);
+        createStatusBar(list, upgradeOffer, std::static_pointer_cast<NavController>(shared_from_this()));
     displayStatusBar(list);
     updateStatusUI(std::static_pointer_cast<DocumentListController>(list.shared_from_this()));
 }

@@ -80,8 +80,10 @@ TEST_F(NavControllerTest, LogsItsStart)
     };
     auto lines = platform.log->lines();
     std::erase_if(lines, [](const std::string& line) { return line.find("DLC items changed") != std::string::npos; });
+    std::erase_if(lines, [](const std::string& line) { return line.find("updated quota") != std::string::npos; });
     EXPECT_THAT(lines,
                 ElementsAre(built[0], built[1], built[2], setup + "NavController viewDidLoad",
+                            "(TSD)[INFO] -[NavController viewDidLoad] (*) Quota Offer level is not set",
                             "(TSD)[INFO] -[NavController didBecomeActiveNotification:] (*) (nav) Did become active",
                             "(TSD)[INFO] -[NavController handleAccountChanges] (*) Tessel Token Changed, enabled=YES, "
                             "reinitializing view",
