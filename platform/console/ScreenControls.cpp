@@ -1,6 +1,7 @@
 #include "platform/console/ScreenControls.h"
 
 #include "platform/base/Platform.h"
+#include "platform/documents/UpgradeButton.h"
 #include "platform/text/TextServices.h"
 #include "platform/ui/AlertController.h"
 #include "platform/ui/Button.h"
@@ -107,6 +108,13 @@ void addToolbar(Screen& screen, const NavigationController& navigation, const Vi
         if (item->customView())
             collectLabels(*item->customView(), status);
     addLine(screen, "status", std::move(status));
+    const auto addOffer = [&screen](const std::shared_ptr<View>& view) {
+        if (const auto button = std::dynamic_pointer_cast<UpgradeButton>(view))
+            addControl(screen, "offer", button->title(), button->enabled(), [button] { button->press(); });
+    };
+    for (const auto& item : top.toolbarItems())
+        if (item->customView())
+            visit(item->customView(), addOffer);
     for (const auto& item : top.toolbarItems())
         addBarItem(screen, "toolbar", item);
 }
@@ -140,6 +148,11 @@ void addButtons(Screen& screen, const View& page)
     };
     for (const auto& view : page.subviews())
         visit(view, add);
+}
+
+void addOfferPage(Screen& screen, const StorageOffer& offer)
+{
+    addLine(screen, "message", {oneLine(offer.title), oneLine(offer.message)});
 }
 
 void addAlert(Screen& screen, const std::shared_ptr<AlertController>& alert)

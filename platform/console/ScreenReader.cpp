@@ -7,6 +7,7 @@
 #include "platform/documents/DocumentListController.h"
 #include "platform/documents/SearchController.h"
 #include "platform/documents/UnavailableViewController.h"
+#include "platform/documents/UpgradeViewController.h"
 #include "platform/text/TextServices.h"
 #include "platform/ui/NavigationController.h"
 
@@ -139,6 +140,8 @@ void addContent(Screen& screen, const ShownControllers& shown)
         addPreview(screen, *shown.preview);
     else if (const auto* unavailable = dynamic_cast<const UnavailableViewController*>(shown.top.get()))
         addLine(screen, "unavailable", {unavailable->message()});
+    else if (const auto* upgrade = dynamic_cast<const UpgradeViewController*>(shown.top.get()))
+        addOfferPage(screen, upgrade->offer());
     else
         addPage(screen, shown.top->view());
 }
