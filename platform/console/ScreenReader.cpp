@@ -47,7 +47,7 @@ std::string tagList(const std::vector<ListTag>& tags)
 std::vector<std::string> rowParts(const ListRow& row)
 {
     const auto& text = platform::installed().text;
-    std::vector<std::string> parts{std::string(kindName(row.kind)), row.title};
+    std::vector<std::string> parts{std::string(kindName(row.kind)), row.title + (row.enabled ? "" : " (disabled)")};
     if (row.size)
         parts.push_back(text.byteCount(*row.size, ByteCountStyle::File));
     if (row.itemCount)
@@ -61,7 +61,7 @@ std::vector<std::string> rowParts(const ListRow& row)
 
 ScreenElement rowElement(const ListRow& row, std::function<void()> press)
 {
-    return {"row", rowParts(row), row.title, std::move(press), row.url};
+    return {"row", rowParts(row), row.title, row.enabled ? std::move(press) : nullptr, row.url};
 }
 
 std::string reason(const std::optional<Error>& failure)
@@ -82,7 +82,7 @@ void addBackButton(Screen& screen, const ShownControllers& shown)
 
 void addNavigationBar(Screen& screen, const ShownControllers& shown)
 {
-    addLine(screen, "title", {shown.top->navigationItem.title()});
+    addLine(screen, "title", {shown.top->navigationItem.title(), shown.top->navigationItem.prompt()});
     addBackButton(screen, shown);
     if (!shown.peek)
         addBarItems(screen, shown.top->navigationItem);

@@ -2,6 +2,7 @@
 
 #include "platform/base/Platform.h"
 #include "platform/cloud/CloudService.h"
+#include "platform/cloud/LibraryChanges.h"
 #include "platform/documents/DocumentListController_Listing.h"
 #include "platform/documents/SearchController.h"
 #include "platform/text/TextServices.h"
@@ -15,22 +16,6 @@ namespace tessel {
 
 namespace {
 
-bool isTopFolder(const URL& folder)
-{
-    const auto container = platform::installed().cloud.defaultContainer();
-    return container && container->documentsURL == folder;
-}
-
-std::vector<LibraryRow> librariesIn(const URL& folder)
-{
-    std::vector<LibraryRow> rows;
-    if (!isTopFolder(folder))
-        return rows;
-    for (const auto& library : platform::installed().cloud.libraries())
-        rows.push_back({library->documentsURL, library->localizedName});
-    return rows;
-}
-
 std::string titleOf(const URL& folder)
 {
     const auto container = platform::installed().cloud.containerForURL(folder);
@@ -42,16 +27,21 @@ std::string titleOf(const URL& folder)
 } // namespace
 
 DocumentListController::DocumentListController(const URL& folder)
-    : presentedURL_(folder), listing_(new Listing{.rows = {folder, librariesIn(folder), platform::installed().text},
+    : presentedURL_(folder), listing_(new Listing{.rows = {folder, platform::installed().text},
                                                   .failure = {},
                                                   .reading = {},
                                                   .retry = {},
                                                   .activation = {},
+                                                  .libraries = {},
                                                   .tagColors = {}})
 {
     setTitle(titleOf(folder));
-    listing_->activation =
-        platform::installed().notifications.observe(kDidBecomeActiveNotification, [this] { retry(); });
+    listing_->activation = platform::installed().notifications.observe(kDidBecomeActiveNotification, [this] {
+        followLibraries();
+        retry();
+    });
+    listing_->libraries =
+        platform::installed().notifications.observe(kLibrariesChangedNotification, [this] { followLibraries(); });
 }
 
 DocumentListController::~DocumentListController()
@@ -83,6 +73,7 @@ void DocumentListController::viewDidLoad()
 
 void DocumentListController::viewDidAppear()
 {
+    followLibraries();
     tellRemoval();
     retryLater();
 }
@@ -119,6 +110,7 @@ ListRow DocumentListController::row(std::size_t index) const
 {
     auto row = listing_->rows.row(index);
     colorTags(row);
+    row.enabled = isEnabled(row.url);
     return row;
 }
 
@@ -155,6 +147,8 @@ void DocumentListController::pressRow(std::size_t index)
 {
     auto& rows = listing_->rows;
     if (index >= rows.size())
+        return;
+    if (!isEnabled(rows.url(index)))
         return;
     if (!editing_)
         return open(rows.row(index));
@@ -208,6 +202,7 @@ void DocumentListController::startSearch(const std::string& query)
     if (!search_)
         search_ =
             std::make_shared<SearchController>(std::static_pointer_cast<DocumentListController>(shared_from_this()));
+    read();
     search_->search(presentedURL_, listing_->rows.libraryRows(), query);
     searchedOver_ = navigation;
     navigation->present(search_, Animated::Yes);

@@ -19,6 +19,8 @@ namespace tessel {
 class DocumentListController;
 class NavigationController;
 class SearchController;
+struct CloudContainer;
+struct LibraryRow;
 
 /// Told by a list what the user did in it and what became of its folder.
 class DocumentListControllerDelegate {
@@ -167,6 +169,14 @@ public:
 protected:
     explicit DocumentListController(const URL& folder);
 
+    /// Whether the list has rows for items of a kind; the answer never changes. In a list that leaves something out,
+    /// searching finds it all the same.
+    [[nodiscard]] virtual bool shows(EntryKind) const { return true; }
+    /// The same for an app library among the drive's top folder's items.
+    [[nodiscard]] virtual bool showsLibrary(const CloudContainer&) const { return true; }
+    /// Whether pressing the item's row does anything.
+    [[nodiscard]] virtual bool isEnabled(const URL&) const { return true; }
+
     void viewDidLoad() override;
     void viewDidAppear() override;
 
@@ -175,6 +185,10 @@ private:
 
     void read() const;
     void readAnew();
+    [[nodiscard]] std::vector<LibraryRow> libraries() const;
+    void followLibraries();
+    [[nodiscard]] FolderTable shown(FolderTable) const;
+    [[nodiscard]] std::vector<FolderChange> shown(std::vector<FolderChange>) const;
     void show(ListState, const RowChanges&);
     void tellItemsChanged();
     void failed(const Error&);

@@ -18,6 +18,7 @@ struct DocumentListController::Listing {
     std::size_t firstVisible = 0;
     std::size_t visibleCount = 0;
     NotificationCenter::Observation activation;
+    NotificationCenter::Observation libraries;
     NotificationCenter::Observation tagColors; ///< once the delegate was asked for one
 };
 

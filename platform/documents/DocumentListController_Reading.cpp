@@ -1,9 +1,12 @@
 #include "platform/base/Platform.h"
+#include "platform/cloud/CloudService.h"
 #include "platform/documents/DocumentListController_Listing.h"
 #include "platform/text/FilledText.h"
 #include "platform/text/TextServices.h"
 #include "platform/ui/NavigationController.h"
 
+#include <algorithm>
+#include <array>
 #include <utility>
 
 namespace tessel {
@@ -15,6 +18,12 @@ constexpr double kSecondsBetweenRetries = 5;
 // More rows than any screen has. Of a list that is seen as a whole one change is looked up without asking for all the
 // other rows again.
 constexpr std::size_t kDetailsInOneGo = 256;
+
+bool isTopFolder(const URL& folder)
+{
+    const auto container = platform::installed().cloud.defaultContainer();
+    return container && container->documentsURL == folder;
+}
 
 } // namespace
 
@@ -28,23 +37,24 @@ void DocumentListController::read() const
 void DocumentListController::readAnew()
 {
     auto& rows = listing_->rows;
+    rows.setLibraries(libraries(), false);
     FolderReadingClient client;
     client.firstRows = [this, &rows](FolderTable table) {
-        rows.begin(std::move(table));
+        rows.begin(shown(std::move(table)));
         show(ListState::Loading, RowChanges::everything());
     };
     client.complete = [this, &rows](FolderTable table) {
-        rows.complete(std::move(table));
+        rows.complete(shown(std::move(table)));
         show(ListState::Complete, RowChanges::everything());
     };
     client.changed = [this, &rows](const std::vector<FolderChange>& changes) {
-        if (const auto rowChanges = rows.apply(changes); !rowChanges.empty())
+        if (const auto rowChanges = rows.apply(shown(changes)); !rowChanges.empty())
             show(ListState::Complete, rowChanges);
         else
             fetchDetails(); // what does not show in the row itself may, such as tags
     };
     client.replaced = [this, &rows](FolderTable table) {
-        const auto rowChanges = rows.replaceWith(std::move(table));
+        const auto rowChanges = rows.replaceWith(shown(std::move(table)));
         if (listing_->state != ListState::Complete) // it can be read again
             show(ListState::Complete, RowChanges::everything());
         else if (!rowChanges.empty())
@@ -68,6 +78,43 @@ void DocumentListController::readAnew()
             rowsChanged(RowChanges::update(*row));
     };
     listing_->reading = platform::installed().folders.read(presentedURL_, std::move(client));
+}
+
+std::vector<LibraryRow> DocumentListController::libraries() const
+{
+    std::vector<LibraryRow> rows;
+    if (!isTopFolder(presentedURL_))
+        return rows;
+    for (const auto& library : platform::installed().cloud.libraries())
+        if (showsLibrary(*library))
+            rows.push_back({library->documentsURL, library->localizedName});
+    return rows;
+}
+
+void DocumentListController::followLibraries()
+{
+    if (!listing_->reading)
+        return;
+    if (const auto changes = listing_->rows.setLibraries(libraries(), listing_->state == ListState::Complete);
+        !changes.empty())
+        show(listing_->state, changes);
+}
+
+FolderTable DocumentListController::shown(FolderTable table) const
+{
+    constexpr std::array kKinds = {EntryKind::File, EntryKind::Folder, EntryKind::Package, EntryKind::Link};
+    const auto isShown = [this](EntryKind kind) { return shows(kind); };
+    if (!std::ranges::all_of(kKinds, isShown))
+        table.keepOnly(isShown);
+    return table;
+}
+
+std::vector<FolderChange> DocumentListController::shown(std::vector<FolderChange> changes) const
+{
+    for (auto& change : changes)
+        if (change.entry && !shows(change.entry->kind))
+            change.entry.reset();
+    return changes;
 }
 
 /// Tells of a new state, and of new rows; the list may be gone afterwards.

@@ -58,13 +58,49 @@ void addDetails(ListRow& row, const ItemDetails& details)
     }
 }
 
-FolderRows::FolderRows(const URL& folder, std::vector<LibraryRow> libraries, const TextServices& text)
-    : folder_(folder), text_(text), libraries_(std::move(libraries))
+FolderRows::FolderRows(const URL& folder, const TextServices& text) : folder_(folder), text_(text)
 {
-    std::sort(libraries_.begin(), libraries_.end(), [&](const LibraryRow& left, const LibraryRow& right) {
+}
+
+RowChanges FolderRows::setLibraries(std::vector<LibraryRow> libraries, bool isComplete)
+{
+    std::ranges::sort(libraries, [&](const LibraryRow& left, const LibraryRow& right) {
         return text_.compareNames(left.title, right.title) < 0;
     });
-    libraryDetails_.reset(libraries_.size());
+    const auto missingIn = [](const std::vector<LibraryRow>& others, const std::vector<LibraryRow>& some) {
+        std::vector<std::size_t> indices;
+        for (std::size_t index = 0; index < some.size(); ++index)
+            if (std::ranges::find(others, some[index].url, &LibraryRow::url) == others.end())
+                indices.push_back(index);
+        return indices;
+    };
+    RowChanges changed;
+    changed.removed = missingIn(libraries, libraries_);
+    changed.inserted = missingIn(libraries_, libraries);
+    if (changed.empty())
+        return {};
+    RowChanges rows;
+    rows.removed = rowsOfLibraries(changed.removed);
+    for (const auto& before : libraries_)
+        if (const auto now = std::ranges::find(libraries, before.url, &LibraryRow::url); now != libraries.end())
+            now->selected = before.selected;
+        else
+            libraryDetails_.forget(before.url.path());
+    libraries_ = std::move(libraries);
+    libraryDetails_.follow(changed);
+    placeLibraries(isComplete);
+    rows.inserted = rowsOfLibraries(changed.inserted);
+    return rows;
+}
+
+/// Where libraries stand, as far as they are shown.
+std::vector<std::size_t> FolderRows::rowsOfLibraries(const std::vector<std::size_t>& libraries) const
+{
+    std::vector<std::size_t> rows;
+    for (const auto library : libraries)
+        if (library < shownLibraries_)
+            rows.push_back(libraries_[library].itemsBefore + library);
+    return rows;
 }
 
 /// How many libraries come before a row.

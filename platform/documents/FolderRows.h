@@ -31,7 +31,12 @@ struct LibraryRow {
 /// The rows of a folder list: the folder's items and, sorted among them by title, libraries.
 class FolderRows {
 public:
-    FolderRows(const URL& folder, std::vector<LibraryRow> libraries, const TextServices&);
+    FolderRows(const URL& folder, const TextServices&);
+
+    /// The libraries that are there now, in any order.
+    /// @param isComplete whether the folder's items are all known
+    /// @returns the rows that came and went
+    RowChanges setLibraries(std::vector<LibraryRow>, bool isComplete);
 
     [[nodiscard]] std::size_t size() const { return table_.size() + shownLibraries_; }
     [[nodiscard]] URL url(std::size_t index) const;
@@ -84,6 +89,7 @@ private:
     [[nodiscard]] std::size_t librariesBefore(std::size_t row) const;
     [[nodiscard]] std::optional<std::size_t> findItem(const URL&) const;
     void placeLibraries(bool isComplete);
+    [[nodiscard]] std::vector<std::size_t> rowsOfLibraries(const std::vector<std::size_t>& libraries) const;
     void moveToRows(std::vector<std::size_t>& items) const;
     template <typename Change>
     RowChanges changeItems(const Change&);

@@ -40,6 +40,7 @@ struct ListRow {
     bool inCloud = false;                        ///< its content is not on the device
     std::optional<double> downloadProgress = {}; ///< from 0 to 1, while its content is coming
     bool selected = false;
+    bool enabled = true; ///< whether pressing it does anything
 };
 
 /// How many items of a list are selected, and of what kinds.

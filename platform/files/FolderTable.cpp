@@ -118,6 +118,17 @@ std::vector<FolderTable::Place> FolderTable::placesOf(const std::vector<FolderCh
     return places;
 }
 
+void FolderTable::keepOnly(const std::function<bool(EntryKind)>& isWanted)
+{
+    std::erase_if(rows_, [&](const Row& row) {
+        const bool goes = !isWanted(row.kind);
+        deadBytes_ += goes ? row.nameLength : 0;
+        return goes;
+    });
+    if (deadBytes_ > names_.size() / 2)
+        compactNames();
+}
+
 RowChanges FolderTable::apply(const std::vector<FolderChange>& changes, const TextServices& text)
 {
     RowChanges result;

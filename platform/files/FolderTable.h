@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -72,6 +73,9 @@ public:
     /// The index of the first row that does not come before this name.
     [[nodiscard]] std::size_t lowerBound(std::string_view name, const TextServices&) const;
     [[nodiscard]] std::optional<std::size_t> find(std::string_view name, const TextServices&) const;
+
+    /// Leaves out the items of other kinds.
+    void keepOnly(const std::function<bool(EntryKind)>&);
 
     /// Brings items up to date; of several changes of one name the last one counts. Selection stays.
     [[nodiscard]] RowChanges apply(const std::vector<FolderChange>&, const TextServices&);

@@ -48,6 +48,7 @@ void Page::sync(const NavigationController& navigation, const ViewController* be
 {
     const auto& item = controller()->navigationItem;
     assign(title_, QString::fromStdString(item.title()), &Page::titleChanged);
+    assign(prompt_, QString::fromStdString(item.prompt()), &Page::titleChanged);
     syncBack(below);
     assign(leftItems_, items.itemsFor(item.leftItems()), &Page::leftItemsChanged);
     assign(rightItems_, items.itemsFor(item.rightItems()), &Page::rightItemsChanged);

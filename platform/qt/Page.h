@@ -24,6 +24,7 @@ class Page : public Presence {
     QML_UNCREATABLE("Pages are made by the shell.")
     Q_PROPERTY(QString kind READ kind CONSTANT)
     Q_PROPERTY(QString title MEMBER title_ NOTIFY titleChanged)
+    Q_PROPERTY(QString prompt MEMBER prompt_ NOTIFY titleChanged)
     Q_PROPERTY(QString backTitle MEMBER backTitle_ NOTIFY backChanged)
     Q_PROPERTY(bool canGoBack MEMBER canGoBack_ NOTIFY backChanged)
     Q_PROPERTY(QVariantList leftItems MEMBER leftItems_ NOTIFY leftItemsChanged)
@@ -77,6 +78,7 @@ private:
     FolderList* list_ = nullptr;
     DocumentPreview* preview_ = nullptr;
     QString title_;
+    QString prompt_;    ///< over the title
     QString backTitle_; ///< what the back button leads to
     bool canGoBack_ = false;
     QVariantList leftItems_;

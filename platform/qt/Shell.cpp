@@ -35,15 +35,16 @@ std::shared_ptr<NavigationController> rootNavigation()
     return std::dynamic_pointer_cast<NavigationController>(rootController());
 }
 
-/// Presses the bar's Cancel button, which stands where the back button would. @returns whether there is one
+/// Presses the bar's Cancel button. @returns whether there is one
 bool pressCancel(const NavigationController& navigation)
 {
     const auto top = navigation.topViewController();
     if (!top || navigation.presentedViewController())
         return false;
-    for (const auto& item : BarButtonItems(top->navigationItem.leftItems()))
-        if (item->style() == BarButtonItem::Style::Cancel)
-            return item->press();
+    for (const auto& items : {top->navigationItem.leftItems(), top->navigationItem.rightItems()})
+        for (const auto& item : items)
+            if (item->style() == BarButtonItem::Style::Cancel)
+                return item->press();
     return false;
 }
 

@@ -25,6 +25,11 @@ void NavigationItem::setTitle(std::string title)
     assign(title_, std::move(title));
 }
 
+void NavigationItem::setPrompt(std::string prompt)
+{
+    assign(prompt_, std::move(prompt));
+}
+
 void NavigationItem::setHidesBackButton(bool hides)
 {
     assign(hidesBackButton_, hides);

@@ -15,6 +15,9 @@ class NavigationItem {
 public:
     [[nodiscard]] const std::string& title() const { return title_; }
     void setTitle(std::string); ///< UTF-8
+    /// One line over the title: what the user is about to do; empty for none.
+    [[nodiscard]] const std::string& prompt() const { return prompt_; }
+    void setPrompt(std::string); ///< UTF-8
     [[nodiscard]] bool hidesBackButton() const { return hidesBackButton_; }
     void setHidesBackButton(bool);
     /// In reading order; they take the back button's place unless they supplement it.
@@ -28,6 +31,7 @@ public:
 
 private:
     std::string title_;
+    std::string prompt_;
     bool hidesBackButton_ = false;
     bool leftItemsSupplement_ = false;
     BarButtonItems leftItems_;

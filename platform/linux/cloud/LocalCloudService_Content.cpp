@@ -1,7 +1,10 @@
+#include "platform/base/NotificationCenter.h"
+#include "platform/cloud/LibraryChanges.h"
 #include "platform/files/FileCoordinationService.h"
 #include "platform/files/FileManager.h"
 #include "platform/linux/cloud/DocumentStore.h"
 #include "platform/linux/cloud/LocalCloudService.h"
+#include "platform/run/MainQueue.h"
 #include "platform/text/FilledText.h"
 #include "platform/text/TextServices.h"
 
@@ -32,6 +35,8 @@ std::optional<Error> LocalCloudService::deleteAllContents(const CloudContainer& 
     const WriteIntent intents[] = {{folder, WritingOptions::ForDeleting}};
     auto error = options_.coordination.write(intents, nullptr,
                                              [&] { failure = options_.files.removeItem(folder, std::nullopt); });
+    options_.mainQueue.async(
+        [&notifications = options_.notifications] { notifications.post(kLibrariesChangedNotification); });
     return error ? error : failure;
 }
 

@@ -110,6 +110,7 @@ RowValue plainValue(const ListRow& row)
     value.inCloud = row.inCloud;
     value.progress = row.downloadProgress.value_or(-1);
     value.selected = row.selected;
+    value.enabled = row.enabled;
     value.opensList = row.kind == RowKind::Folder || row.kind == RowKind::Library;
     return value;
 }

@@ -23,6 +23,7 @@ class RowValue {
     Q_PROPERTY(bool inCloud MEMBER inCloud)
     Q_PROPERTY(double progress MEMBER progress)
     Q_PROPERTY(bool selected MEMBER selected)
+    Q_PROPERTY(bool enabled MEMBER enabled)
     Q_PROPERTY(bool opensList MEMBER opensList)
     Q_PROPERTY(QString accessibleName MEMBER accessibleName)
 
@@ -36,6 +37,7 @@ public:
     bool inCloud = false;
     double progress = -1; ///< of a download, from 0 to 1; negative when there is none
     bool selected = false;
+    bool enabled = true;
     bool opensList = false;
     QString accessibleName; ///< all that the row says, in words
 

@@ -157,6 +157,7 @@ MouseArea {
             anchors.verticalCenter: parent.verticalCenter
             size: area.view.pictureSize
             row: area.row
+            opacity: area.row.inCloud || !area.row.enabled ? 0.55 : 1
         }
 
         Text {
@@ -170,7 +171,7 @@ MouseArea {
             text: area.row.title
             textFormat: Text.PlainText
             font.pixelSize: Theme.body
-            color: Theme.text
+            color: area.row.enabled ? Theme.text : Theme.faint
             elide: Text.ElideMiddle
             horizontalAlignment: Text.AlignLeft
             Accessible.ignored: true
@@ -198,7 +199,7 @@ MouseArea {
         Loader {
             id: marks
 
-            readonly property bool chevron: area.row.opensList && !area.view.editing
+            readonly property bool chevron: area.row.opensList && area.row.enabled && !area.view.editing
 
             anchors.right: parent.right
             anchors.rightMargin: Theme.margin

@@ -89,7 +89,7 @@ MouseArea {
             height: width
             sourceSize: Qt.size(width, width)
             source: cell.row.iconSource
-            opacity: cell.row.inCloud ? 0.55 : 1
+            opacity: cell.row.inCloud || !cell.row.enabled ? 0.55 : 1
             Accessible.ignored: true
         }
 
@@ -125,7 +125,7 @@ MouseArea {
         text: cell.row.title
         textFormat: Text.PlainText
         font.pixelSize: Theme.caption
-        color: Theme.text
+        color: cell.row.enabled ? Theme.text : Theme.faint
         wrapMode: Text.Wrap
         maximumLineCount: 2
         elide: Text.ElideRight

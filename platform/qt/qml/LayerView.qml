@@ -19,7 +19,7 @@ FocusScope {
     Keys.onPressed: event => {
         const backwards = event.key === Qt.Key_Backtab
         if (event.key === Qt.Key_Escape || event.key === Qt.Key_Back)
-            presented.cancel()
+            presented.cancel() || shell.back()
         else if (event.key === Qt.Key_Tab || backwards)
             nextItemInFocusChain(!backwards).forceActiveFocus(backwards ? Qt.BacktabFocusReason : Qt.TabFocusReason)
         Theme.keyboard = true

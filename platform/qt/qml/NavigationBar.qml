@@ -49,10 +49,27 @@ Rectangle {
         }
     }
 
+    // What is being done, over where.
+    Text {
+        id: promptText
+
+        y: Math.round((bar.height - height - titleText.height) / 2)
+        x: titleText.x + (titleText.width - width) / 2
+        width: Math.min(implicitWidth, bar.width - leading.width - trailing.width - 2 * Theme.margin)
+        visible: text.length > 0
+        text: bar.page.prompt
+        textFormat: Text.PlainText
+        font.pixelSize: Theme.tiny
+        color: Theme.secondaryText
+        elide: Text.ElideRight
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
+    }
+
     Text {
         id: titleText
 
-        anchors.verticalCenter: parent.verticalCenter
+        y: promptText.visible ? promptText.y + promptText.height : Math.round((bar.height - height) / 2)
         x: {
             if (bar.centred)
                 return (bar.width - width) / 2
