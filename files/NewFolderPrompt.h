@@ -1,6 +1,7 @@
 #pragma once
 
 #include "files/FilenamePrompt.h"
+#include "platform/base/URL.h"
 
 namespace tessel {
 
@@ -9,6 +10,8 @@ class NewFolderPrompt final : public FilenamePrompt {
 public:
     [[nodiscard]] static std::shared_ptr<NewFolderPrompt> newWithTitle(const Text& title, const Text& doneButtonText,
                                                                        Callback completion);
+    /// Makes the folder, when the user has named it, in this one. @param made told of it
+    [[nodiscard]] static std::shared_ptr<NewFolderPrompt> newInFolder(const URL&, std::function<void(const URL&)> made);
 };
 
 } // namespace tessel

@@ -112,6 +112,7 @@ void PreviewBaseViewController::showDocumentActivities()
         url = resolved;
     }
     manager->documentInteractionController = std::make_shared<DocumentInteractionController>(*url);
+    manager->documentInteractionController->presentOptionsMenu(barButtonActionItem, Animated::Yes);
 }
 
 void PreviewBaseViewController::showMoveTarget()

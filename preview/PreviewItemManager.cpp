@@ -175,12 +175,6 @@ void PreviewItemManager::showDeletionError(const Error& error, const std::shared
     UIUtils::showError(error, controller);
 }
 
-void PreviewItemManager::showMoveTarget(const std::shared_ptr<ViewController>&)
-{
-    TSD_FUNCTION("-[PreviewItemManager showMoveTarget:]");
-    TSD_INFO("Pressed Move (itemMgr)");
-}
-
 std::optional<DocumentListController::Hierarchy> PreviewItemManager::dlcStackForURL(const URL& url)
 {
     TSD_FUNCTION("+[PreviewItemManager dlcStackForURL:]");

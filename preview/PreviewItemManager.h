@@ -6,10 +6,12 @@
 #include "platform/cloud/ActivityService.h"
 #include "platform/documents/DocumentInteractionController.h"
 #include "platform/documents/DocumentListController.h"
+#include "platform/documents/DocumentTargetSelectionController.h"
 #include "platform/files/FilePresenter.h"
 #include "platform/run/OperationQueue.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -19,13 +21,16 @@ namespace tessel {
 
 class BarButtonItem;
 class DRItem;
+class FilenamePrompt;
 class GlanciaItemController;
 class PreviewDetailsViewController;
 
 /// Owns the showing of one document: chooses the view, puts it on the browser's stack, follows the file wherever it
 /// goes, and offers the document to the user's other devices. The main thread's, but for what it is told as a
 /// presenter.
-class PreviewItemManager final : public FilePresenter, public std::enable_shared_from_this<PreviewItemManager> {
+class PreviewItemManager final : public FilePresenter,
+                                 public DocumentTargetSelectionControllerDelegate,
+                                 public std::enable_shared_from_this<PreviewItemManager> {
 public:
     static constexpr std::int32_t kQuickPreview = 0;
     static constexpr std::int32_t kDetails = 1;
@@ -66,8 +71,12 @@ public:
     void showWarningAndDeleteDocument(const std::shared_ptr<ViewController>&,
                                       const std::shared_ptr<BarButtonItem>& barButton);
 
-    /// The preview's Move action.
+    /// Has the user choose the folder that the item is moved to. Nothing for an item without a URL.
     void showMoveTarget(const std::shared_ptr<ViewController>&);
+
+    void documentTargetSelectionControllerDidSelectItemAtURL(DocumentTargetSelectionController&, const URL&) override;
+    void documentTargetSelectionControllerWantsNewFolder(DocumentTargetSelectionController&, const URL& folder,
+                                                         const std::function<void(const URL&)>& made) override;
 
     /// The folder lists from the drive's top folder down to a folder, or to the folder that holds a document.
     /// @returns none, logged, when nothing is there or it lies outside the drive.
@@ -117,10 +126,11 @@ private:
     void willResignActiveNotification();
 
     std::shared_ptr<DRItem> item_;
-    bool hasResigned_ = false;    ///< the program has, and was not active since
-    bool deletionFailed_ = false; ///< of the item, for which the preview is about to be left
-    mutable std::mutex mutex_;    ///< of all that follows up to the queue
-    std::optional<URL> itemURL_;  ///< of `item_`
+    std::shared_ptr<FilenamePrompt> folderPrompt_; ///< the last one
+    bool hasResigned_ = false;                     ///< the program has, and was not active since
+    bool deletionFailed_ = false;                  ///< of the item, for which the preview is about to be left
+    mutable std::mutex mutex_;                     ///< of all that follows up to the queue
+    std::optional<URL> itemURL_;                   ///< of `item_`
     bool filePresenterRegistered_ = false;
     bool refreshPending_ = false;
     std::shared_ptr<const ContinuationActivity> relayaActivity_;

@@ -4,6 +4,7 @@
 #include "platform/cloud/ProgressService.h"
 #include "platform/linux/StartFolders.h"
 #include "platform/linux/apps/DesktopApplications.h"
+#include "platform/linux/apps/DesktopSharing.h"
 #include "platform/linux/cloud/CatalogStorage.h"
 #include "platform/linux/cloud/DocumentStore.h"
 #include "platform/linux/cloud/ExampleDrive.h"
@@ -45,8 +46,10 @@ struct LinuxPlatform::Parts {
           offers(offersFileIn(home), mainQueue, notifications, log), states(home.appending("state.json"), log),
           apps(options.desktop ? *options.desktop : DesktopFolders::ofUser(), locale,
                {mainQueue, log, clock, text, types, coordination}),
+          sharing(options.desktop ? *options.desktop : DesktopFolders::ofUser(), apps, log),
           decoder({mainQueue, log, types}, {.program = options.decoder.empty() ? decoderProgram() : options.decoder})
     {
+        device.sharing = sharing.sharing();
         if (isRightToLeft(locale))
             device.layoutDirection = LayoutDirection::RightToLeft;
     }
@@ -85,6 +88,7 @@ struct LinuxPlatform::Parts {
     FileOffers offers;
     FileStateStore states;
     DesktopApplications apps;
+    DesktopSharing sharing;
     ProcessDecoder decoder;
     Device device;
     std::unique_ptr<LocalCloudService> cloud;

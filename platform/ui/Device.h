@@ -3,6 +3,7 @@
 #include "platform/ui/Animation.h"
 #include "platform/ui/Geometry.h"
 #include "platform/ui/Keyboard.h"
+#include "platform/ui/Sharing.h"
 #include "platform/ui/TextMeasurer.h"
 
 #include <functional>
@@ -56,6 +57,8 @@ public:
     /// The shell's: tells those who look for the keyboard.
     void keyboardWillShow(const KeyboardMotion&);
     void keyboardWillHide(const KeyboardMotion&);
+
+    Sharing sharing;
 
     /// How the changes that are being made now are to be seen; none: at once.
     std::optional<Animation> animation;

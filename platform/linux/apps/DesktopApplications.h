@@ -50,6 +50,8 @@ public:
     [[nodiscard]] std::optional<Error> openDocument(const URL&, const ApplicationRecord&) override;
     /// The user's choice for the link's scheme, else an application that claims it.
     [[nodiscard]] std::optional<Error> openLink(const std::string& link) override;
+    /// Whether an application takes links of a scheme.
+    [[nodiscard]] bool opensLinksOf(const std::string& scheme) const;
     [[nodiscard]] bool isAwaitingDocuments() const override { return awaitedDocuments_ > 0; }
 
 private:

@@ -74,6 +74,13 @@ std::optional<Error> DesktopApplications::openLink(const std::string& link)
     return Error{Domain::General, ErrorCode::kUnsupported, reason, reason};
 }
 
+bool DesktopApplications::opensLinksOf(const std::string& scheme) const
+{
+    catalog_.refresh();
+    const auto owners = ownersOfType("x-scheme-handler/" + scheme);
+    return std::any_of(owners.begin(), owners.end(), [](const auto* entry) { return entry->exec->takesAddress(); });
+}
+
 void DesktopApplications::downloadAndStart(const std::string& bundleIdentifier, const URL& document)
 {
     ++awaitedDocuments_;

@@ -46,7 +46,10 @@ public:
     explicit SpawnSteps(const ProgramStart& start)
     {
         ::posix_spawn_file_actions_init(&actions);
-        ::posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+        if (start.input < 0)
+            ::posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+        else
+            ::posix_spawn_file_actions_adddup2(&actions, start.input, STDIN_FILENO);
         ::posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
         addChannel(start.channel);
         ::posix_spawn_file_actions_addchdir_np(&actions, start.workingFolder.c_str());

@@ -1,0 +1,68 @@
+#include "platform/documents/MoveDestinations.h"
+
+#include "platform/base/Platform.h"
+#include "platform/cloud/CloudService.h"
+#include "platform/files/FileManager.h"
+#include "platform/files/TypeRegistry.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace tessel {
+
+namespace {
+
+constexpr const char* kAnyDepth = "Any";
+constexpr const char* kOneLevel = "One";
+
+bool isFolder(const URL& url)
+{
+    const auto& services = platform::installed();
+    const auto attributes = services.files.attributes(url.path());
+    return attributes && attributes->kind == FileKind::Directory &&
+           !services.types.isPackageName(url.lastPathComponent());
+}
+
+} // namespace
+
+MoveDestinations::MoveDestinations(std::vector<URL> items)
+    : items_(std::move(items)), haveFolder_(std::ranges::any_of(items_, isFolder))
+{
+}
+
+bool MoveDestinations::isMoved(const URL& folder) const
+{
+    return std::ranges::any_of(items_, [&](const URL& item) { return item.contains(folder); });
+}
+
+bool MoveDestinations::accepts(const URL& folder) const
+{
+    const bool isThere = !items_.empty() && items_.front().deletingLastPathComponent() == folder;
+    return !isThere && !isMoved(folder) && (!haveFolder_ || takesFolders(folder));
+}
+
+bool MoveDestinations::leadsOn(const URL& folder) const
+{
+    return !haveFolder_ || takesFolders(folder.appending("folder"));
+}
+
+bool MoveDestinations::reaches(const CloudContainer& library) const
+{
+    const auto& cloud = platform::installed().cloud;
+    const auto source = items_.empty() ? nullptr : cloud.containerForURL(items_.front());
+    if (!source || (haveFolder_ && !takesFolders(library.documentsURL)))
+        return false;
+    return source->identifier == library.identifier || cloud.canMoveWithoutDownloading(*source, library);
+}
+
+// What a container says that nobody knows means no.
+bool MoveDestinations::takesFolders(const URL& folder)
+{
+    const auto container = platform::installed().cloud.containerForURL(folder);
+    if (!container)
+        return false;
+    const auto& depth = container->depthOption;
+    return !depth || depth == kAnyDepth || (depth == kOneLevel && folder == container->documentsURL);
+}
+
+} // namespace tessel
