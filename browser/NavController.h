@@ -6,6 +6,7 @@
 #include "platform/base/NotificationCenter.h"
 #include "platform/base/Value.h"
 #include "platform/documents/DocumentListController.h"
+#include "platform/documents/DocumentTargetSelectionController.h"
 #include "platform/ui/NavigationController.h"
 
 #include <functional>
@@ -16,6 +17,7 @@
 
 namespace tessel {
 
+class DocumentInteractionController;
 class DRItem;
 class FilenamePrompt;
 class PreviewItemManager;
@@ -27,6 +29,7 @@ class UpgradeFlowManager;
 class NavController : public NavigationController,
                       public NavigationControllerDelegate,
                       public DocumentListControllerDelegate,
+                      public DocumentTargetSelectionControllerDelegate,
                       public QuotaFetcherDelegate,
                       public DocumentListControllerStatusBarDelegate {
 public:
@@ -47,6 +50,7 @@ public:
 
     /// Of the document that is previewed or peeked at; null while a list is shown.
     std::shared_ptr<PreviewItemManager> itemManager;
+    std::shared_ptr<DocumentInteractionController> documentInteractionController; ///< the last share sheet
     std::shared_ptr<FilenamePrompt> folderPromptAlert;  ///< the last prompt for a name; kept until the next one
     std::function<void()> performActionCompletionBlock; ///< of the last action that waits for the user
 
@@ -81,15 +85,41 @@ public:
     /// @param list null: the top one
     void updateStatusUI(std::shared_ptr<DocumentListController> list);
 
-    /// Deletes items after the user has agreed, each for itself, and tells what could not be deleted. The Desktop and
-    /// Documents folders, and app libraries, are refused.
-    /// @param usingView where the question points; may be null
+    /// Asks for the name of a folder in the top list's folder, and makes it.
+    void promtForNewFolderAndCreate();
+    /// Asks for the name of a folder, until it can be made or the user gives up, and moves the items into it.
+    /// @param itemsToMove none: only makes the folder. What could not be moved keeps the prompt open.
+    void showNewFolderPromptDuringMove(const std::optional<URL>& folder, const std::vector<URL>& itemsToMove);
+
+    /// Has the user choose a folder for the top list's selected items, and ends the edit mode.
+    void showMoveTargetForSelectedItems();
+    /// Has the user choose the folder that the items are moved to, or name a new one where there is none to choose. The
+    /// Desktop and Documents folders, and app libraries, are refused.
+    /// @param inFolder holds the items
+    void showMoveTargetForItems(const std::vector<URL>& items, const URL& inFolder);
+    /// Moves the items one after the other, whatever becomes of the ones before.
+    /// @returns why items stayed, in their order
+    [[nodiscard]] static std::vector<Error> moveItemsToDirectory(const std::vector<URL>& items, const URL& toDirectory);
+    void moveItemsToDirectoryAndShowErrors(const std::vector<URL>& items, const URL& toDirectory);
+
+    /// Deletes the top list's selected items after the user has agreed.
+    void showWarningAndDeleteDocument();
+    /// Deletes items after the user has agreed, each for itself, and tells what could not be deleted. Of app libraries
+    /// everything is deleted; they are refused together with other items. The Desktop and Documents folders are
+    /// refused.
+    /// @param usingView where the question points; null: at the Delete button
+    /// @param list whose edit mode ends when the user agrees; may be null
     /// @param finishedCompletion called once nothing more happens to the items, before failures are told; may be empty
     void showWarningAndDeleteURLs(const std::vector<URL>&, const std::shared_ptr<View>& usingView,
+                                  const std::shared_ptr<DocumentListController>& list,
                                   const std::function<void()>& finishedCompletion);
     /// Asks for the item's new name, until it can have the one that is given or the user gives up. The Desktop and
     /// Documents folders, app libraries, and what somebody else shares are refused.
     void showRenamePrompt(const URL&);
+    /// Shows what else can be done with an item; with a reference's document in the reference's place.
+    /// @param originatingView where the sheet points; may be null
+    void showDIC(const std::shared_ptr<View>& originatingView, const std::optional<URL>&,
+                 const std::function<void()>& completion);
 
     /// Logs where the drive's container lies.
     void logContainerURL() const;
@@ -111,6 +141,10 @@ public:
     void documentListControllerPeekWasReleased(DocumentListController&) override;
     [[nodiscard]] std::optional<Color> documentListControllerColorOfTag(const DocumentListController&,
                                                                         const std::string& tag) const override;
+
+    void documentTargetSelectionControllerDidSelectItemAtURL(DocumentTargetSelectionController&, const URL&) override;
+    void documentTargetSelectionControllerWantsNewFolder(DocumentTargetSelectionController&, const URL& folder,
+                                                         const std::function<void(const URL&)>& made) override;
 
     void quotaFetcherDidUpdateValue(QuotaFetcher&, std::uint64_t freeBytes) override;
     /// Leads the user through the current offer.
@@ -150,7 +184,8 @@ private:
     [[nodiscard]] std::shared_ptr<PreviewItemManager> newItemManager(std::int32_t previewMode);
     void useNewItemManager(std::int32_t previewMode);
     void dropItemManager();
-    void deleteWasAnswered(const std::vector<URL>&, bool cancelled, const std::function<void()>& finished);
+    void deleteWasAnswered(const std::vector<URL>&, bool cancelled, const std::shared_ptr<DocumentListController>&,
+                           const std::function<void()>& finished);
 
     NotificationCenter::Observation becomeActive_;
     NotificationCenter::Observation identityChanged_;

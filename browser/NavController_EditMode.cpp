@@ -109,9 +109,9 @@ void NavController::configureToolbar(DocumentListController& list)
     barButtonMoveItem = nullptr;
     barButtonDeleteItem = nullptr;
     if (editMode) {
-        barButtonNewFolder = toolbarButton("New Folder", {});
-        barButtonMoveItem = toolbarButton("Move", {});
-        barButtonDeleteItem = toolbarButton("Delete", {});
+        barButtonNewFolder = toolbarButton("New Folder", action(&NavController::promtForNewFolderAndCreate));
+        barButtonMoveItem = toolbarButton("Move", action(&NavController::showMoveTargetForSelectedItems));
+        barButtonDeleteItem = toolbarButton("Delete", action(&NavController::showWarningAndDeleteDocument));
         const auto space = BarButtonItem::flexibleSpace();
         list.setToolbarItems({barButtonNewFolder, space, barButtonMoveItem, space, barButtonDeleteItem});
         return;

@@ -85,7 +85,60 @@ TEST_F(BlackBoxActionsTest, DeletesARow)
     does("settle");
     EXPECT_THAT(screen(), ElementsAre("title: Tessel Drive", "right: Select", "row: file | Taken.doc | 5 bytes"));
     EXPECT_FALSE(exists("drive/Report.doc"));
-    EXPECT_EQ(program.send("action Taken.doc Move").answer, "error: \"Move\" is disabled");
+}
+
+TEST_F(BlackBoxActionsTest, MovesRowsIntoAFolderThatIsMadeOnTheWay)
+{
+    does("action Report.doc Move");
+    EXPECT_THAT(screen(), AllOf(Contains("alert: Move 1 Item | Enter a name for this folder."),
+                                Contains("button: Move (disabled)")))
+        << "there is no folder to choose";
+    does("type Work");
+    does("tap Move");
+    does("settle");
+    EXPECT_EQ(folder.read("drive/Work/Report.doc"), "report");
+
+    does("action Taken.doc Move");
+    does("settle");
+    EXPECT_THAT(screen(), ElementsAre("title: Tessel Drive | Move 1 Item", "right: Cancel",
+                                      "row: folder | Work | 1 item", "toolbar: New Folder | Move (disabled)"));
+    does("tap Work");
+    does("tap \"New Folder\"");
+    does("type Deep");
+    does("tap Create");
+    does("settle");
+    EXPECT_THAT(screen(), ElementsAre("title: Deep | Move 1 Item", "back: Work", "right: Cancel",
+                                      "toolbar: New Folder | Move", "empty: Deep"));
+    does("tap Move");
+    EXPECT_EQ(folder.read("drive/Work/Deep/Taken.doc"), "taken");
+
+    does("settle");
+    does("tap Work");
+    does("settle");
+    does("action Deep Move");
+    does("settle");
+    EXPECT_THAT(screen(), Contains("row: folder | Deep (disabled) | 1 item"));
+    EXPECT_EQ(program.send("tap Deep").answer, "error: \"Deep\" is disabled");
+    does("back");
+    does("tap Cancel");
+    EXPECT_TRUE(exists("drive/Work/Deep/Taken.doc"));
+}
+
+TEST_F(BlackBoxActionsTest, MovesWhatItCanAndTellsTheRest)
+{
+    folder.tree("drive/Work/Report.doc drive/Work/Taken.doc drive/Third.doc");
+    does("settle");
+    for (const auto* command :
+         {"tap Select", "tap Report.doc", "tap Taken.doc", "tap Third.doc", "tap Move", "tap Work", "tap Move"})
+        does(command);
+    EXPECT_THAT(screen(), Contains("alert: 2 items couldn’t be moved."));
+    EXPECT_TRUE(exists("drive/Work/Third.doc"));
+    does("tap OK");
+    does("action Report.doc Move");
+    does("tap Work");
+    does("tap Move");
+    EXPECT_THAT(screen(), Contains("alert: An item named “Report.doc” already exists in the new location."));
+    EXPECT_EQ(folder.read("drive/Report.doc") + folder.read("drive/Work/Report.doc"), "report");
 }
 
 } // namespace
