@@ -53,6 +53,24 @@ bool goBackIn(NavigationController& navigation)
     return navigation.pressBack() || pressCancel(navigation);
 }
 
+double marginOfToolbar()
+{
+    return device().idiom == Idiom::Pad ? 16 : 8;
+}
+
+/// Lays out the views among the items of a toolbar. One that has no size of its own is as large as the bar.
+void layOutToolbar(const ViewController& controller, double width)
+{
+    const Rect bar{0, 0, std::max(0.0, width - 2 * marginOfToolbar()), NavigationController::toolbarHeight()};
+    for (const auto& item : BarButtonItems(controller.toolbarItems())) {
+        const auto& view = item->customView();
+        if (view && view->intrinsicContentSize().width < 0)
+            view->setFrame(bar);
+        if (view)
+            view->layoutIfNeeded();
+    }
+}
+
 /// Lays out the stack's top controller in the room between the bars, unless it wants to lie under them.
 void layOutTop(NavigationController& navigation, const Size& window)
 {
@@ -60,6 +78,7 @@ void layOutTop(NavigationController& navigation, const Size& window)
     const auto top = navigation.topViewController();
     if (!top)
         return;
+    layOutToolbar(*top, window.width);
     if (top->extendsUnderBars)
         return top->layoutView({0, 0, window.width, window.height});
     const auto above = NavigationController::navigationBarHeight();
@@ -113,6 +132,11 @@ double Shell::navigationBarHeight() const
 double Shell::toolbarHeight() const
 {
     return NavigationController::toolbarHeight();
+}
+
+double Shell::toolbarMargin() const
+{
+    return marginOfToolbar();
 }
 
 QString Shell::applicationTitle() const

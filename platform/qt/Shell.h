@@ -33,6 +33,7 @@ class Shell : public QObject {
     Q_PROPERTY(double textScale READ textScale NOTIFY deviceChanged)
     Q_PROPERTY(double navigationBarHeight READ navigationBarHeight NOTIFY deviceChanged)
     Q_PROPERTY(double toolbarHeight READ toolbarHeight NOTIFY deviceChanged)
+    Q_PROPERTY(double toolbarMargin READ toolbarMargin NOTIFY deviceChanged)
     Q_PROPERTY(tessel::qt::PageStack* pages READ pages CONSTANT)
     Q_PROPERTY(tessel::qt::LayerList* layers READ layers CONSTANT)
     Q_PROPERTY(bool active MEMBER isActive_ NOTIFY activeChanged)
@@ -49,6 +50,8 @@ public:
     [[nodiscard]] double textScale() const;
     [[nodiscard]] double navigationBarHeight() const;
     [[nodiscard]] double toolbarHeight() const;
+    /// From the edges of a toolbar to its items.
+    [[nodiscard]] double toolbarMargin() const;
     [[nodiscard]] PageStack* pages() const { return pages_; }
     [[nodiscard]] LayerList* layers() const { return layers_; }
     [[nodiscard]] QString applicationTitle() const;

@@ -22,7 +22,8 @@ public:
     [[nodiscard]] static std::shared_ptr<BarButtonItem> system(System, std::function<void()> action);
     [[nodiscard]] static std::shared_ptr<BarButtonItem> flexibleSpace();
     [[nodiscard]] static std::shared_ptr<BarButtonItem> fixedSpace(double width);
-    /// A button among the custom views is pressed by itself.
+    /// A button among the custom views is pressed by itself. A view that has no size of its own is as large as a
+    /// toolbar, so that it stands alone between its spaces.
     [[nodiscard]] static std::shared_ptr<BarButtonItem> custom(std::shared_ptr<View>);
 
     [[nodiscard]] Kind kind() const { return kind_; }

@@ -22,7 +22,7 @@ Rectangle {
     Row {
         id: row
 
-        x: Theme.margin - 8
+        x: shell.toolbarMargin
         width: bar.width - 2 * x
         height: parent.height
 
