@@ -20,9 +20,9 @@ struct OfferLink {
 /// user's language.
 struct StorageOffer {
     int level = 0; ///< how urgent it is; only told to the log
-    std::string title;
-    std::string message;
-    OfferLink link;
+    std::string title = {};
+    std::string message = {};
+    OfferLink link = {};
     bool showsButton = false; ///< whether a button is to stand beneath the status of every list
 
     friend bool operator==(const StorageOffer&, const StorageOffer&) = default;
