@@ -8,6 +8,7 @@
 #include "platform/documents/DocumentListController.h"
 #include "platform/documents/DocumentTargetSelectionController.h"
 #include "platform/ui/NavigationController.h"
+#include "platform/ui/StateCoder.h"
 
 #include <functional>
 #include <memory>
@@ -31,7 +32,8 @@ class NavController : public NavigationController,
                       public DocumentListControllerDelegate,
                       public DocumentTargetSelectionControllerDelegate,
                       public QuotaFetcherDelegate,
-                      public DocumentListControllerStatusBarDelegate {
+                      public DocumentListControllerStatusBarDelegate,
+                      public SessionKeeper {
 public:
     [[nodiscard]] std::string className() const override { return "NavController"; }
 
@@ -152,6 +154,8 @@ public:
 
     void encodeRestorableState(StateCoder&) const override;
     void decodeRestorableState(const StateCoder&) override;
+    void encodeSession(StateCoder&) const override;
+    void decodeSession(const StateCoder&) override;
 
 protected:
     void viewDidLoad() override;
@@ -184,9 +188,11 @@ private:
     [[nodiscard]] std::shared_ptr<PreviewItemManager> newItemManager(std::int32_t previewMode);
     void useNewItemManager(std::int32_t previewMode);
     void dropItemManager();
+    void selectAgain(DocumentListController&);
     void deleteWasAnswered(const std::vector<URL>&, bool cancelled, const std::shared_ptr<DocumentListController>&,
                            const std::function<void()>& finished);
 
+    std::vector<URL> selectionToComeBack_; ///< of the last session, until the list is complete
     NotificationCenter::Observation becomeActive_;
     NotificationCenter::Observation identityChanged_;
     NotificationCenter::Observation offerChanged_;

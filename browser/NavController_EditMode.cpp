@@ -178,6 +178,7 @@ void NavController::documentListControllerItemsChanged(DocumentListController& l
     const auto top = getTopDocumentListController();
     if (top.get() != &list)
         return;
+    selectAgain(list);
     if (editMode) {
         TSD_DEBUG("DLC selected item count is %{public}@", list.selectedItems().count);
     } else if (const auto count = list.containedItemCount(); count != lastLoggedCount) {

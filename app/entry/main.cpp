@@ -103,8 +103,8 @@ int runApplication(LinuxPlatform& platform, const CommandLine& options)
 {
     AppDelegate drive;
     Gallery gallery;
-    Application application(options.gallery ? static_cast<ApplicationDelegate&>(gallery) : drive,
-                            platform.stateStore());
+    Application application(options.gallery ? static_cast<ApplicationDelegate&>(gallery) : drive, platform.stateStore(),
+                            &platform.sessionStore());
     if (opensWindow(options))
         return runInWindow(application) ? 0 : kNoWindow;
     runInConsole(application, options);

@@ -156,6 +156,12 @@ public:
     /// The rows that can be seen, for which counts, tags and package sizes are fetched, now and when they change. An
     /// empty range fetches none, and has all fetched again the next time: what is below a folder may have changed.
     void setVisibleRows(std::size_t first, std::size_t count);
+    /// The item of the first row that can be seen, or is to be seen once the list is complete; none for the top.
+    [[nodiscard]] std::optional<URL> firstVisibleItem() const;
+    /// Has the list begin with an item when it is complete, if that is there.
+    void startAtItem(const URL&);
+    /// The row that a complete list is to begin with; 0 from the next time on, and where nobody has asked for one.
+    [[nodiscard]] std::size_t takeStartRow();
     /// Whether something is still being fetched: the listing, or details of visible rows.
     [[nodiscard]] bool isBusy() const;
     /// Whether something has happened to the folder that the rows do not show yet.
@@ -198,6 +204,7 @@ private:
     [[nodiscard]] bool standsOnAnotherList() const;
     void retryLater();
     void fetchDetails();
+    void tellScrolled();
     void fetchNextDetails();
     void followTagColors() const;
     void tagColorsChanged();

@@ -17,6 +17,8 @@ struct DocumentListController::Listing {
     MainQueue::DelayedTask retry;           ///< of a failed list
     std::size_t firstVisible = 0;
     std::size_t visibleCount = 0;
+    std::optional<URL> startItem = {};    ///< the list is to begin with it
+    MainQueue::DelayedTask scrolled = {}; ///< tells that other rows are seen
     NotificationCenter::Observation activation;
     NotificationCenter::Observation libraries;
     NotificationCenter::Observation tagColors; ///< once the delegate was asked for one

@@ -3,6 +3,7 @@
 #include "platform/documents/DocumentListController_Listing.h"
 #include "platform/text/FilledText.h"
 #include "platform/text/TextServices.h"
+#include "platform/ui/Application.h"
 #include "platform/ui/NavigationController.h"
 
 #include <algorithm>
@@ -208,10 +209,39 @@ void DocumentListController::setVisibleRows(std::size_t first, std::size_t count
         listing_->rows.makeDetailsStale();
     if (first == listing_->firstVisible && count == listing_->visibleCount)
         return;
+    if (count > 0 && first != listing_->firstVisible)
+        tellScrolled();
     listing_->firstVisible = first;
     listing_->visibleCount = count;
     listing_->rows.giveBackDetails();
     fetchNextDetails();
+}
+
+void DocumentListController::tellScrolled()
+{
+    constexpr double kSecondsOfRest = 0.3;
+    listing_->scrolled.cancel();
+    listing_->scrolled = DispatchQueue::main().after(
+        kSecondsOfRest, [] { platform::installed().notifications.post(kScreenDidChangeNotification); });
+}
+
+std::optional<URL> DocumentListController::firstVisibleItem() const
+{
+    if (listing_->startItem)
+        return listing_->startItem;
+    const auto first = listing_->firstVisible;
+    return first > 0 && first < listing_->rows.size() ? std::optional(listing_->rows.url(first)) : std::nullopt;
+}
+
+void DocumentListController::startAtItem(const URL& item)
+{
+    listing_->startItem = item;
+}
+
+std::size_t DocumentListController::takeStartRow()
+{
+    const auto item = std::exchange(listing_->startItem, std::nullopt);
+    return item ? listing_->rows.find(*item).value_or(0) : 0;
 }
 
 /// Goes on with those that are missing, once those that were asked for have come.

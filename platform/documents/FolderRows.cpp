@@ -304,13 +304,23 @@ SelectedItems FolderRows::selectedItems() const
     return selected;
 }
 
-bool FolderRows::isSelected(const URL& url) const
+std::optional<std::size_t> FolderRows::find(const URL& url) const
 {
     for (std::size_t library = 0; library < shownLibraries_; ++library)
         if (libraries_[library].url == url)
-            return libraries_[library].selected;
+            return libraries_[library].itemsBefore + library;
     const auto item = findItem(url);
-    return item && table_.isSelected(*item);
+    if (!item)
+        return std::nullopt;
+    std::vector<std::size_t> row{*item};
+    moveToRows(row);
+    return row.front();
+}
+
+bool FolderRows::isSelected(const URL& url) const
+{
+    const auto row = find(url);
+    return row && isSelected(*row);
 }
 
 std::vector<URL> FolderRows::selectedURLs() const

@@ -42,6 +42,8 @@ public:
     [[nodiscard]] URL url(std::size_t index) const;
     [[nodiscard]] ListRow row(std::size_t index) const;
     [[nodiscard]] std::vector<URL> urls() const;
+    /// The row of an item or library.
+    [[nodiscard]] std::optional<std::size_t> find(const URL&) const;
     [[nodiscard]] std::vector<ListRow> libraryRows() const;
     /// The items that are known to have tags.
     [[nodiscard]] std::vector<std::size_t> rowsWithTags() const;

@@ -44,6 +44,7 @@ struct LinuxPlatform::Parts {
           defaults(home.appending("defaults.json"), log),
           keyValues(keyValueFileIn(home), mainQueue, notifications, log),
           offers(offersFileIn(home), mainQueue, notifications, log), states(home.appending("state.json"), log),
+          sessions(home.appending("session.json"), log),
           apps(options.desktop ? *options.desktop : DesktopFolders::ofUser(), locale,
                {mainQueue, log, clock, text, types, coordination}),
           sharing(options.desktop ? *options.desktop : DesktopFolders::ofUser(), apps, log),
@@ -87,6 +88,7 @@ struct LinuxPlatform::Parts {
     FileKeyValueStore keyValues;
     FileOffers offers;
     FileStateStore states;
+    FileStateStore sessions;
     DesktopApplications apps;
     DesktopSharing sharing;
     ProcessDecoder decoder;
@@ -161,6 +163,11 @@ platform::Services LinuxPlatform::services()
 StateStore& LinuxPlatform::stateStore()
 {
     return parts_->states;
+}
+
+StateStore& LinuxPlatform::sessionStore()
+{
+    return parts_->sessions;
 }
 
 } // namespace tessel

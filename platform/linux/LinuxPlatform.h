@@ -36,6 +36,8 @@ public:
 
     [[nodiscard]] platform::Services services();
     [[nodiscard]] StateStore& stateStore();
+    /// Where the user was: the program's own, beside the state.
+    [[nodiscard]] StateStore& sessionStore();
 
 private:
     struct Parts;

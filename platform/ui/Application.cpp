@@ -1,7 +1,7 @@
 #include "platform/ui/Application.h"
 
-#include "platform/base/NotificationCenter.h"
 #include "platform/base/Platform.h"
+#include "platform/run/MainQueue.h"
 #include "platform/ui/Device.h"
 #include "platform/ui/StateCoder.h"
 #include "platform/ui/ViewController.h"
@@ -29,6 +29,7 @@ void Application::launch(const LaunchOptions& options)
     restoreState();
     delegate_.applicationDidFinishLaunchingWithOptions(options);
     becomeActive();
+    screen_ = platform::installed().notifications.observe(kScreenDidChangeNotification, [this] { saveSoon(); });
 }
 
 void Application::becomeActive()
@@ -43,7 +44,7 @@ void Application::resignActive()
         return;
     delegate_.applicationWillResignActive();
     platform::installed().notifications.post(kWillResignActiveNotification);
-    saveState();
+    saveState(Durability::Machine);
 }
 
 void Application::restoreState()
@@ -51,26 +52,57 @@ void Application::restoreState()
     if (!delegate_.applicationShouldRestoreApplicationState())
         return;
     const auto root = restorableController();
-    const auto states = states_.load();
-    if (!root || !states)
+    if (!root)
         return;
-    const auto state = states->find(root->restorationIdentifier);
-    if (state == states->end())
-        return;
-    if (const auto* values = state->second.get<Value::Dictionary>())
+    if (auto* keeper = dynamic_cast<SessionKeeper*>(root.get()); keeper && sessions_) {
+        lastSession_ = sessions_->load().value_or(Value::Dictionary());
+        keeper->decodeSession(StateCoder(lastSession_));
+    }
+    lastState_ = states_.load().value_or(Value::Dictionary());
+    const auto state = lastState_.find(root->restorationIdentifier);
+    const auto* values = state == lastState_.end() ? nullptr : state->second.get<Value::Dictionary>();
+    if (values)
         root->decodeRestorableState(StateCoder(*values));
 }
 
-void Application::saveState()
+void Application::saveSoon()
+{
+    if (!active_ || std::exchange(savesSoon_, true))
+        return;
+    platform::installed().mainQueue.async([weak = std::weak_ptr(self_)] {
+        const auto self = weak.lock();
+        if (!self)
+            return;
+        (*self)->savesSoon_ = false;
+        if ((*self)->active_)
+            (*self)->saveState(Durability::Program);
+    });
+}
+
+void Application::saveState(Durability durability)
 {
     if (!delegate_.applicationShouldSaveApplicationState())
         return;
     const auto root = restorableController();
     if (!root)
         return;
-    StateCoder coder;
-    root->encodeRestorableState(coder);
-    states_.save({{root->restorationIdentifier, coder.values()}});
+    StateCoder state;
+    root->encodeRestorableState(state);
+    save(states_, {{root->restorationIdentifier, state.values()}}, lastState_, durability);
+    if (const auto* keeper = dynamic_cast<const SessionKeeper*>(root.get()); keeper && sessions_) {
+        StateCoder session;
+        keeper->encodeSession(session);
+        save(*sessions_, session.values(), lastSession_, durability);
+    }
+}
+
+void Application::save(StateStore& store, Value::Dictionary state, Value::Dictionary& last, Durability durability)
+{
+    if (durability == Durability::Machine)
+        store.save(state);
+    else if (state != last)
+        store.keep(state);
+    last = std::move(state);
 }
 
 } // namespace tessel

@@ -2,6 +2,10 @@
 
 #include "platform/base/NotificationCenter.h"
 #include "platform/base/Platform.h"
+#include "platform/ui/Application.h"
+
+#include "platform/base/NotificationCenter.h"
+#include "platform/base/Platform.h"
 #include "platform/ui/TextField.h"
 #include "platform/ui/Window.h"
 
@@ -68,6 +72,8 @@ void Device::tellScreenChanged() const
 {
     if (screenChanged)
         screenChanged();
+    if (const auto* services = platform::installedIfAny())
+        services->notifications.post(kScreenDidChangeNotification);
 }
 
 } // namespace tessel

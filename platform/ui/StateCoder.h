@@ -27,6 +27,16 @@ private:
     Value::Dictionary values_;
 };
 
+/// A root controller that has more to come back to than its restorable state: where the user was.
+class SessionKeeper {
+public:
+    virtual ~SessionKeeper() = default;
+
+    virtual void encodeSession(StateCoder&) const = 0;
+    /// Called before the restorable state is decoded.
+    virtual void decodeSession(const StateCoder&) = 0;
+};
+
 /// Where restored state is kept between two runs, by restoration identifier. Main thread only.
 class StateStore {
 public:
@@ -36,6 +46,8 @@ public:
     [[nodiscard]] virtual std::optional<Value::Dictionary> load() = 0;
     /// On disk, whole, when the call returns; a failure is logged and leaves the last state.
     virtual void save(const Value::Dictionary&) = 0;
+    /// Whole when the call returns, and kept if the program ends then, but not yet if the machine does: costs no wait.
+    virtual void keep(const Value::Dictionary&) = 0;
 };
 
 } // namespace tessel

@@ -39,9 +39,9 @@ public:
             ::unlink(path_.c_str());
     }
 
-    [[nodiscard]] bool fill(std::string_view bytes)
+    [[nodiscard]] bool fill(std::string_view bytes, bool syncs)
     {
-        return exists_ && writeAll(descriptor_.get(), bytes) && ::fsync(descriptor_.get()) == 0 &&
+        return exists_ && writeAll(descriptor_.get(), bytes) && (!syncs || ::fsync(descriptor_.get()) == 0) &&
                ::close(descriptor_.release()) == 0;
     }
 
@@ -78,17 +78,28 @@ bool syncFolder(const URL& folder)
     return descriptor.isOpen() && ::fsync(descriptor.get()) == 0;
 }
 
-} // namespace
-
-std::optional<Error> writeFileAtomically(const URL& url, std::string_view bytes)
+std::optional<Error> writeAtomically(const URL& url, std::string_view bytes, bool syncs)
 {
     int errorNumber = 0;
     {
         TemporarySibling sibling(url);
-        if (!sibling.fill(bytes) || !sibling.renameTo(url.path()) || !syncFolder(url.deletingLastPathComponent()))
+        if (!sibling.fill(bytes, syncs) || !sibling.renameTo(url.path()) ||
+            (syncs && !syncFolder(url.deletingLastPathComponent())))
             errorNumber = errno;
     }
     return errorNumber == 0 ? std::nullopt : std::optional(errnoError(errorNumber, url));
+}
+
+} // namespace
+
+std::optional<Error> writeFileAtomically(const URL& url, std::string_view bytes)
+{
+    return writeAtomically(url, bytes, true);
+}
+
+std::optional<Error> writeFileAtomicallyWithoutSync(const URL& url, std::string_view bytes)
+{
+    return writeAtomically(url, bytes, false);
 }
 
 void removeAbandonedTemporaryFiles(const URL& folder)

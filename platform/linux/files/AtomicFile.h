@@ -14,6 +14,8 @@ namespace tessel {
 /// an error the old content is still there and nothing is left beside it; only when the folder cannot be synced is the
 /// new content in place, though not surely on disk.
 [[nodiscard]] std::optional<Error> writeFileAtomically(const URL&, std::string_view bytes);
+/// The same without waiting for the disk: a machine that ends soon afterwards may find the old content, or none.
+[[nodiscard]] std::optional<Error> writeFileAtomicallyWithoutSync(const URL&, std::string_view bytes);
 
 /// Removes what writeFileAtomically left in a folder when it was killed: its temporary files that are older than a
 /// minute. A younger one may still be in use.

@@ -12,6 +12,7 @@ public:
 
     [[nodiscard]] std::optional<Value::Dictionary> load() override { return stored_.load(); }
     void save(const Value::Dictionary& state) override { stored_.store(state); }
+    void keep(const Value::Dictionary& state) override { stored_.keep(state); }
 
 private:
     const StoredDictionary stored_;

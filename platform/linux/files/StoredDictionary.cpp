@@ -48,12 +48,22 @@ std::optional<Value::Dictionary> StoredDictionary::load() const
 
 std::optional<Error> StoredDictionary::store(const Value::Dictionary& dictionary) const
 {
+    return store(dictionary, writeFileAtomically);
+}
+
+std::optional<Error> StoredDictionary::keep(const Value::Dictionary& dictionary) const
+{
+    return store(dictionary, writeFileAtomicallyWithoutSync);
+}
+
+std::optional<Error> StoredDictionary::store(const Value::Dictionary& dictionary, Write write) const
+{
     if (unreadable_)
         return unreadable_;
     const auto text = keyedArchive::archived(dictionary);
     if (const auto stored = readSmallFile(file_, kMaximumSize); stored && *stored == text)
         return std::nullopt;
-    auto error = text.size() > kMaximumSize ? errnoError(EFBIG, file_) : writeFileAtomically(file_, text);
+    auto error = text.size() > kMaximumSize ? errnoError(EFBIG, file_) : write(file_, text);
     if (error)
         log_.write(LogLevel::Error, "Cannot write %@: %@", file_, error);
     return error;

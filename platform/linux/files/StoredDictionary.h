@@ -5,6 +5,7 @@
 #include "platform/base/Value.h"
 
 #include <optional>
+#include <string_view>
 
 namespace tessel {
 
@@ -25,10 +26,15 @@ public:
     /// On disk when it returns without an error; after one the former content is there. Logged as well. What is stored
     /// already is not written again, and a file that is not readable is not written over.
     std::optional<Error> store(const Value::Dictionary&) const;
+    /// The same, but not on disk yet: costs no wait, and survives the end of the program, not that of the machine.
+    std::optional<Error> keep(const Value::Dictionary&) const;
 
     [[nodiscard]] const URL& file() const { return file_; }
 
 private:
+    using Write = std::optional<Error> (*)(const URL&, std::string_view);
+
+    std::optional<Error> store(const Value::Dictionary&, Write) const;
     void keepOrSetAside(const Error& reason) const;
 
     const URL file_;

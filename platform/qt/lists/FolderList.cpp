@@ -181,6 +181,12 @@ void FolderList::clearSelection()
         controller->setSelectedItemURLs({});
 }
 
+int FolderList::takeStartRow()
+{
+    const auto controller = controller_.lock();
+    return controller ? static_cast<int>(controller->takeStartRow()) : 0;
+}
+
 QVariantList FolderList::actions() const
 {
     const auto controller = controller_.lock();

@@ -74,6 +74,9 @@ public:
     /// Whether other pages hide this list wholly. What was below the folder is looked at again when it is uncovered.
     Q_INVOKABLE void setCovered(bool);
 
+    /// The row with which a complete list is to begin when it is seen for the first time; else 0.
+    Q_INVOKABLE int takeStartRow();
+
     Q_INVOKABLE void retry();
     /// The search field has the keyboard, or has it no more.
     Q_INVOKABLE void searchFieldFocused(bool);

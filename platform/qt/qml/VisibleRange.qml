@@ -1,6 +1,7 @@
 import QtQuick
+import Tessel
 
-// Tells a list which of its rows can be seen, at most once a frame.
+// Tells a list which of its rows can be seen, at most once a frame, and shows those that it is to begin with.
 QtObject {
     id: range
 
@@ -11,13 +12,21 @@ QtObject {
     readonly property real height: view.height
     readonly property int count: view.count
     readonly property int columns: view.columns
+    readonly property bool complete: list instanceof FolderList && list.state === FolderList.Complete
 
+    onCompleteChanged: Qt.callLater(begin)
     onListChanged: Qt.callLater(tell)
     onCoveredChanged: Qt.callLater(tell)
     onTopChanged: Qt.callLater(tell)
     onHeightChanged: Qt.callLater(tell)
     onCountChanged: Qt.callLater(tell)
     onColumnsChanged: Qt.callLater(tell)
+
+    function begin() {
+        const row = complete ? list.takeStartRow() : 0
+        if (row > 0)
+            view.positionViewAtIndex(row, ListView.Beginning)
+    }
 
     function tell() {
         if (typeof list?.setVisibleRange !== "function")

@@ -1,0 +1,120 @@
+#include "tests/support/Program.h"
+#include "tests/support/TemporaryDrive.h"
+
+#include <gmock/gmock.h>
+
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <random>
+#include <thread>
+
+namespace tessel {
+namespace {
+
+using testing::AllOf;
+using testing::AnyOf;
+using testing::Contains;
+using testing::StartsWith;
+
+using Lines = std::vector<std::string>;
+
+/// The program, killed and started again over the same home.
+class SessionTest : public testing::Test {
+protected:
+    SessionTest()
+    {
+        folder.tree("drive/A/B/C/Deep.bin drive/A/B/Plan.txt drive/A/Notes.txt drive/Other/Sketch.txt drive/Top.txt");
+        start();
+    }
+    void start()
+    {
+        program = std::make_unique<Program>(Lines{"--console", "--log", "off", "--home", folder.url("home").path(),
+                                                  "--drive", folder.url("drive").path()});
+        ASSERT_EQ(program->send("settle").answer, "ok");
+    }
+    void killAndStart()
+    {
+        program->signal(SIGKILL);
+        program.reset();
+        start();
+    }
+    void does(const std::string& command) { ASSERT_EQ(program->send(command).answer, "ok") << command; }
+
+    const TemporaryDrive folder;
+    std::unique_ptr<Program> program;
+};
+
+TEST_F(SessionTest, ComesBackToFolderSearchAndSelection)
+{
+    does("tap A");
+    does("tap B");
+    killAndStart();
+    EXPECT_THAT(program->screen(), AllOf(Contains("title: B"), Contains("back: A")));
+
+    does("search deep");
+    killAndStart();
+    does("settle");
+    EXPECT_THAT(program->screen(), AllOf(Contains("search: deep"), Contains(StartsWith("row: file | Deep.bin"))));
+    does("search \"\"");
+
+    does("tap Select");
+    does("tap Plan.txt");
+    killAndStart();
+    EXPECT_THAT(program->screen(), AllOf(Contains("title: 1 Item Selected"), Contains("selected: Plan.txt")));
+    does("tap Cancel");
+    killAndStart();
+    EXPECT_THAT(program->screen(), AllOf(Contains("title: B"), Contains("right: Select")));
+}
+
+TEST_F(SessionTest, ComesBackToAPreviewAndFromOneThatWasLeft)
+{
+    does("tap A");
+    does("action Notes.txt Info");
+    killAndStart();
+    EXPECT_THAT(program->screen(), AllOf(Contains("back: A"), Contains(StartsWith("info: "))));
+    does("back");
+    does("back");
+    killAndStart();
+    EXPECT_THAT(program->screen(), Contains("title: Tessel Drive"));
+}
+
+TEST_F(SessionTest, ComesBackToTheNearestFolderThatIsLeft)
+{
+    does("tap A");
+    does("tap B");
+    does("tap C");
+    program->signal(SIGKILL);
+    program.reset();
+    std::filesystem::remove_all(folder.url("drive/A/B").path());
+    start();
+    EXPECT_THAT(program->screen(), AllOf(Contains("title: A"), Contains("back: Tessel Drive")));
+}
+
+TEST_F(SessionTest, ComesBackAfterAKillAtAnyMoment)
+{
+    const auto* wanted = std::getenv("TESSELDRIVE_ROUNDS");
+    const int rounds = wanted ? std::atoi(wanted) : 8;
+    std::mt19937 random(3);
+    const auto titleNow = [this] { return program->send("screen").lines.front(); };
+    for (int round = 0; round < rounds; ++round) {
+        for (unsigned step = 0; step < random() % 4; ++step) {
+            const Lines words = {"tap A", "tap B", "tap C", "tap Other", "back"};
+            static_cast<void>(program->send(words[random() % words.size()]));
+        }
+        const auto before = titleNow();
+        const auto word = before == "title: Tessel Drive" ? "tap A\n" : "back\n";
+        const auto after = before == "title: Tessel Drive" || before == "title: B" ? "title: A"
+                           : before == "title: C"                                  ? "title: B"
+                                                                                   : "title: Tessel Drive";
+        program->write(word);
+        std::this_thread::sleep_for(std::chrono::microseconds(random() % 3000));
+        killAndStart();
+        EXPECT_THAT(titleNow(), AnyOf(before, after)) << "round " << round;
+    }
+}
+
+} // namespace
+} // namespace tessel
