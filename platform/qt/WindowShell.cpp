@@ -5,6 +5,7 @@
 #include "platform/qt/Display.h"
 #include "platform/qt/EventLoop.h"
 #include "platform/qt/Scene.h"
+#include "platform/qt/SharedClipboard.h"
 #include "platform/qt/Shell.h"
 #include "platform/qt/SystemAppearance.h"
 #include "platform/qt/WindowSize.h"
@@ -102,6 +103,7 @@ struct WindowShell::Parts {
                          [this] { measurer.fontChanged(); });
         auto& device = platform::installed().device;
         device.setTextMeasurer(&measurer);
+        qt::copyToClipboard(device.sharing);
         describeDevice(device, appearance);
     }
 
