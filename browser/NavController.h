@@ -102,6 +102,7 @@ public:
     /// Moves the items one after the other, whatever becomes of the ones before.
     /// @returns why items stayed, in their order
     [[nodiscard]] static std::vector<Error> moveItemsToDirectory(const std::vector<URL>& items, const URL& toDirectory);
+    /// The same, leaving the window alive, which shows how it goes on when it takes long. Tells why items stayed.
     void moveItemsToDirectoryAndShowErrors(const std::vector<URL>& items, const URL& toDirectory);
 
     /// Deletes the top list's selected items after the user has agreed.

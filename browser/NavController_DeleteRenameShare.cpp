@@ -1,5 +1,6 @@
 #include "app/common/Log.h"
 #include "app/common/TSDAdditions.h"
+#include "browser/ItemWork.h"
 #include "browser/MenuEnableChecks.h"
 #include "browser/NavController.h"
 #include "files/DRItem.h"
@@ -78,18 +79,6 @@ void deleteContainer(const URL& url, Failures& failures)
     }
 }
 
-Failures deleteAll(const std::vector<URL>& urls)
-{
-    Failures failures;
-    for (const auto& url : urls) {
-        if (isContainer(url))
-            deleteContainer(url, failures);
-        else
-            deleteItem(url, failures);
-    }
-    return failures;
-}
-
 void showFailures(const Failures& failures, const std::shared_ptr<ViewController>& parent)
 {
     if (failures.count == 1)
@@ -151,17 +140,32 @@ void NavController::deleteWasAnswered(const std::vector<URL>& urls, bool cancell
 {
     TSD_FUNCTION("-[NavController showWarningAndDeleteURLs:usingView:withDocumentListController:finishedCompletion:]"
                  "_block_invoke");
-    Failures failures;
     if (cancelled) {
         TSD_USER_ACTION("Delete was Cancelled (nav)");
-    } else {
-        TSD_USER_ACTION("Delete was Confirmed (nav)");
-        if (list)
-            setEditModeAndUpdateUI(false, list);
-        failures = deleteAll(urls);
+        finished();
+        return;
     }
-    finished();
-    showFailures(failures, visibleViewController());
+    TSD_USER_ACTION("Delete was Confirmed (nav)");
+    if (list)
+        setEditModeAndUpdateUI(false, list);
+    const auto self = std::static_pointer_cast<NavController>(shared_from_this());
+    const auto failures = std::make_shared<Failures>();
+    ItemWork::run({.title = platform::installed().text.localizedCount(".DICT.DELETING_ITEMS.%d",
+                                                                      static_cast<std::int64_t>(urls.size())),
+                   .count = urls.size(),
+                   .step =
+                       [urls, failures](std::size_t index) {
+                           if (isContainer(urls[index]))
+                               deleteContainer(urls[index], *failures);
+                           else
+                               deleteItem(urls[index], *failures);
+                       },
+                   .finished =
+                       [self, failures, finished] {
+                           finished();
+                           showFailures(*failures, self->visibleViewController());
+                       }},
+                  self);
 }
 
 void NavController::showRenamePrompt(const URL& url)

@@ -1,5 +1,6 @@
 #include "app/common/Log.h"
 #include "app/common/TSDAdditions.h"
+#include "browser/ItemWork.h"
 #include "browser/MenuEnableChecks.h"
 #include "browser/NavController.h"
 #include "files/FileUtils.h"
@@ -27,6 +28,27 @@ std::optional<std::string> makeFolder(const URL& folder)
     }
     const auto error = FileUtils::mkdir(folder);
     return error ? std::optional(UIUtils::bestMessage(error)) : std::nullopt;
+}
+
+void logMove(const std::vector<URL>& items, const URL& target)
+{
+    TSD_FUNCTION("-[NavController moveItemsToDirectory:toDirectory:]");
+    TSD_DEBUG("MoveTarget = %@", target);
+    TSD_DEBUG("ItemsToMove = %@", items);
+}
+
+void moveItem(const URL& item, const URL& toDirectory, std::vector<Error>& errors)
+{
+    if (auto error = FileUtils::move(item, toDirectory.appending(item.lastPathComponent())))
+        errors.push_back(std::move(*error));
+}
+
+void showErrors(const std::vector<Error>& errors, const std::shared_ptr<ViewController>& parent)
+{
+    if (errors.size() == 1)
+        UIUtils::showFriendlyMoveError(errors.front(), parent);
+    else if (!errors.empty())
+        UIUtils::showAlert(counted(".DICT.CANNOT_MOVE_ITEMS.%d", errors.size()), "", parent);
 }
 
 /// What the prompt says of items that could not be moved; none when all were.
@@ -144,23 +166,24 @@ void NavController::documentTargetSelectionControllerWantsNewFolder(DocumentTarg
 
 std::vector<Error> NavController::moveItemsToDirectory(const std::vector<URL>& items, const URL& toDirectory)
 {
-    TSD_FUNCTION("-[NavController moveItemsToDirectory:toDirectory:]");
-    TSD_DEBUG("MoveTarget = %@", toDirectory);
-    TSD_DEBUG("ItemsToMove = %@", items);
+    logMove(items, toDirectory);
     std::vector<Error> errors;
     for (const auto& item : items)
-        if (auto error = FileUtils::move(item, toDirectory.appending(item.lastPathComponent())))
-            errors.push_back(std::move(*error));
+        moveItem(item, toDirectory, errors);
     return errors;
 }
 
 void NavController::moveItemsToDirectoryAndShowErrors(const std::vector<URL>& items, const URL& toDirectory)
 {
-    const auto errors = moveItemsToDirectory(items, toDirectory);
-    if (errors.size() == 1)
-        UIUtils::showFriendlyMoveError(errors.front(), visibleViewController());
-    else if (!errors.empty())
-        UIUtils::showAlert(counted(".DICT.CANNOT_MOVE_ITEMS.%d", errors.size()), "", visibleViewController());
+    logMove(items, toDirectory);
+    const auto self = std::static_pointer_cast<NavController>(shared_from_this());
+    const auto errors = std::make_shared<std::vector<Error>>();
+    ItemWork::run(
+        {.title = counted(".DICT.MOVING_ITEMS.%d", items.size()),
+         .count = items.size(),
+         .step = [items, toDirectory, errors](std::size_t index) { moveItem(items[index], toDirectory, *errors); },
+         .finished = [self, errors] { showErrors(*errors, self->visibleViewController()); }},
+        self);
 }
 
 } // namespace tessel
