@@ -224,5 +224,41 @@ TEST_F(PreviewBaseViewControllerTest, FollowsTheProgressOfItsFileUntilItEndsOrTh
     EXPECT_TRUE(weak.expired());
 }
 
+TEST_F(PreviewBaseViewControllerTest, MovesAndSharesTheDocument)
+{
+    drive.tree("Work/ Full/Plan.txt/");
+    manager->navigationController = navigation;
+    show();
+    const auto moveTo = [&](const char* folder) {
+        preview->barButtonMoveItem->press();
+        const auto picker =
+            std::dynamic_pointer_cast<DocumentTargetSelectionController>(navigation->presentedViewController());
+        ASSERT_NE(picker, nullptr);
+        EXPECT_THAT(picker->itemsToMove(), ElementsAre(drive.url("Plan.txt")));
+        picker->showFolder(drive.url(folder));
+        EXPECT_TRUE(picker->topViewController()->toolbarItems().back()->press());
+    };
+    const auto alert = [&] {
+        return std::dynamic_pointer_cast<AlertController>(navigation->presentedViewController());
+    };
+    moveTo("Full");
+    ASSERT_NE(alert(), nullptr) << "there is something of that name";
+    navigation->dismiss(Animated::No);
+    EXPECT_EQ(drive.read("Plan.txt"), "the content");
+
+    preview->barButtonActionItem->press();
+    ASSERT_NE(alert(), nullptr);
+    EXPECT_EQ(alert()->title(), "Plan.txt");
+    EXPECT_EQ(alert()->popoverAnchor.barButtonItem.lock(), preview->barButtonActionItem);
+    EXPECT_NE(manager->documentInteractionController, nullptr);
+    navigation->dismiss(Animated::No);
+
+    moveTo("Work");
+    EXPECT_EQ(alert(), nullptr);
+    EXPECT_EQ(drive.read("Work/Plan.txt"), "the content");
+    EXPECT_THAT(linesOf("-[PreviewItemManager showMoveTarget:]"),
+                ElementsAre("[INFO] Pressed Move (itemMgr)", "[INFO] Pressed Move (itemMgr)"));
+}
+
 } // namespace
 } // namespace tessel
