@@ -21,7 +21,7 @@ std::shared_ptr<UpgradeButton> UpgradeButton::create()
 {
     auto button = std::make_shared<UpgradeButton>();
     button->setTitle(platform::installed().text.localized("Upgrade Storage"));
-    button->setTitleFont(Font::ofStyle(TextStyle::Footnote));
+    button->setTitleFont(Font::preferred(TextStyle::Footnote));
     return button;
 }
 

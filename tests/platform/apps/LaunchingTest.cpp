@@ -145,6 +145,27 @@ TEST_F(LaunchingTest, RunsAProgramForTheTerminalInOne)
     EXPECT_THAT(lines, ElementsAre("argument=-e", "argument=vi", "argument=" + document.path()));
 }
 
+TEST_F(LaunchingTest, OpensLinksInTheUsersBrowser)
+{
+    auto& apps = platform::installed().apps;
+    const std::string link = "https://orvane.example/storage?plan=2&x=$(y)%20'";
+    EXPECT_EQ(apps.openLink(link)->code, ErrorCode::kUnsupported);
+    desktop.entry("paths", "tell %f", "MimeType=x-scheme-handler/https;"); // for it a link would be a file
+    EXPECT_EQ(apps.openLink(link)->code, ErrorCode::kUnsupported);
+    desktop.entry("claims", "tell --claims %u", "MimeType=x-scheme-handler/https;");
+    desktop.entry("chosen", "tell --chosen %u", "MimeType=x-scheme-handler/http;");
+    desktop.associations("[Default Applications]\nx-scheme-handler/https=chosen.desktop\n");
+    EXPECT_EQ(apps.openLink(link), std::nullopt);
+    auto lines = answer();
+    lines.resize(2);
+    EXPECT_THAT(lines, ElementsAre("argument=--chosen", "argument=" + link));
+
+    desktop.entry("any", "tell %u", "MimeType=x-scheme-handler/file;x-scheme-handler/javascript;");
+    for (const auto* refused : {"", "https", "file:///etc/passwd", "javascript://x", "httpsx://x", "https://a b",
+                                "https://a\nb", "--help", " https://a"})
+        EXPECT_TRUE(apps.openLink(refused)) << refused;
+}
+
 // A program that is gone, no program at all, or dies: an error or a line in the log, and no zombie is left.
 TEST_F(LaunchingTest, SurvivesProgramsThatDoNotRun)
 {

@@ -1,5 +1,6 @@
 #include "platform/documents/DocumentListController.h"
 #include "platform/documents/SearchController.h"
+#include "platform/documents/UpgradeButton.h"
 #include "platform/ui/AlertController.h"
 #include "platform/ui/Button.h"
 #include "platform/ui/Device.h"
@@ -91,20 +92,29 @@ TEST_F(ConsoleControlsTest, PressesTheItemsOfTheBars)
     const auto trash = BarButtonItem::system(BarButtonItem::System::Trash, note("trash"));
     const auto status = std::make_shared<View>();
     status->addSubview(std::make_shared<Label>("12 items, 3.4 GB available"));
+    const auto offer = UpgradeButton::create();
+    offer->pressed = note("offer");
+    status->addSubview(offer);
+    const auto hidden = UpgradeButton::create();
+    hidden->setHidden(true);
+    status->addSubview(hidden);
     page->setToolbarItems({BarButtonItem::custom(move), BarButtonItem::flexibleSpace(), BarButtonItem::custom(status),
                            BarButtonItem::fixedSpace(8), trash});
     EXPECT_THAT(run({"screen"}), testing::Not(HasSubstr("toolbar"))) << "it is hidden";
     navigation->setToolbarHidden(false);
     trash->setEnabled(false);
-    EXPECT_EQ(run({"screen", "tap Cancel", "tap Edge", "tap Move", "tap Delete", "tap Drive", "back"}),
-              "title: Projects\nleft: Cancel\nright: Next\nright: Edge\nstatus: 12 items, 3.4 GB available\n"
-              "toolbar: Move | Delete (disabled)\nok\nok\nok\nok\nerror: \"Delete\" is disabled\n"
-              "error: nothing called \"Drive\" on the screen\nerror: there is no back button\n");
-    EXPECT_EQ(log, "cancel;edge;move;");
-    EXPECT_EQ(run({"screen"}, {.json = true}),
-              R"json({"title": "Projects", "left": ["Cancel"], "right": ["Next", "Edge"], )json"
-              R"json("status": "12 items, 3.4 GB available", "toolbar": "Move | Delete (disabled)"})json"
-              "\nok\n");
+    EXPECT_EQ(
+        run({"screen", "tap Cancel", "tap Edge", "tap Move", "tap Delete", "tap Drive", "back",
+             "tap \"Upgrade Storage\""}),
+        "title: Projects\nleft: Cancel\nright: Next\nright: Edge\nstatus: 12 items, 3.4 GB available\n"
+        "offer: Upgrade Storage\ntoolbar: Move | Delete (disabled)\nok\nok\nok\nok\nerror: \"Delete\" is disabled\n"
+        "error: nothing called \"Drive\" on the screen\nerror: there is no back button\nok\n");
+    EXPECT_EQ(log, "cancel;edge;move;offer;");
+    EXPECT_EQ(
+        run({"screen"}, {.json = true}),
+        R"json({"title": "Projects", "left": ["Cancel"], "right": ["Next", "Edge"], )json"
+        R"json("status": "12 items, 3.4 GB available", "offer": "Upgrade Storage", "toolbar": "Move | Delete (disabled)"})json"
+        "\nok\n");
     EXPECT_THAT(run({"screen"}, {.interactive = true}), HasSubstr("\n toolbar: Move | Delete (disabled)\n"));
 }
 

@@ -1,6 +1,7 @@
 #include "platform/documents/DocumentListController.h"
 #include "platform/qt/AlertButton.h"
 #include "platform/ui/AlertController.h"
+#include "platform/ui/Label.h"
 #include "tests/platform/qt/ShellFixture.h"
 
 #include <QGuiApplication>
@@ -135,6 +136,31 @@ TEST_F(ShellTest, LaysOutBetweenTheBarsInTheWindowsSize)
     settle();
     EXPECT_EQ(top->view().frame().width, 800);
     EXPECT_TRUE(shell.isTablet());
+}
+
+TEST_F(ShellTest, AViewWithoutASizeIsAsLargeAsTheToolbar)
+{
+    /// Has its only subview in its lower half.
+    class Halves final : public View {
+        void layoutSubviews() override
+        {
+            subviews().front()->setFrame({0, bounds().height / 2, bounds().width, bounds().height / 2});
+        }
+    };
+    const auto halves = std::make_shared<Halves>();
+    halves->addSubview(std::make_shared<View>());
+    const auto label = std::make_shared<Label>("Status");
+    label->setFrame({0, 0, 50, 20});
+    const auto top = plain("Top");
+    top->setToolbarItems({BarButtonItem::custom(label), BarButtonItem::custom(halves)});
+    navigation->setToolbarHidden(false);
+    push(top);
+    EXPECT_EQ(halves->frame(), (Rect{0, 0, 384, 44}));
+    EXPECT_EQ(halves->subviews().front()->frame(), (Rect{0, 22, 384, 22}));
+    EXPECT_EQ(label->frame(), (Rect{0, 0, 50, 20}));
+    shell.setSize(800, 700);
+    settle();
+    EXPECT_EQ(halves->frame().width, 800 - 2 * shell.toolbarMargin());
 }
 
 TEST_F(ShellTest, LaysOutAnAlertsOwnAreaInTheRoomThatQmlGivesIt)
