@@ -150,6 +150,7 @@ public:
                                                          const std::function<void(const URL&)>& made) override;
 
     void quotaFetcherDidUpdateValue(QuotaFetcher&, std::uint64_t freeBytes) override;
+    void quotaFetcherFoundNoLimit(QuotaFetcher&) override;
     /// Leads the user through the current offer.
     void upgradeStorageButtonPressed() override;
 

@@ -52,6 +52,12 @@ void NavController::quotaFetcherDidUpdateValue(QuotaFetcher&, std::uint64_t free
     updateStatusUI(nullptr);
 }
 
+void NavController::quotaFetcherFoundNoLimit(QuotaFetcher&)
+{
+    lastQuotaFetch.reset();
+    updateStatusUI(nullptr);
+}
+
 void NavController::offerChangedNotification()
 {
     TSD_FUNCTION("-[NavController offerChangedNotification:]");

@@ -37,11 +37,13 @@ void QuotaFetcher::performFetch()
             TSD_WARNING("can't update quota: %{public}@", result.error());
             return;
         }
-        if (*result)
-            DispatchQueue::main().async([weak, expectation, bytes = static_cast<std::uint64_t>(**result)] {
-                if (const auto self = weak.lock())
-                    self->notify(bytes);
-            });
+        DispatchQueue::main().async([weak, expectation, freeBytes = *result] {
+            const auto self = weak.lock();
+            if (self && freeBytes)
+                self->notify(static_cast<std::uint64_t>(*freeBytes));
+            else if (self)
+                self->notifyOfNoLimit();
+        });
     });
 }
 
@@ -60,6 +62,12 @@ void QuotaFetcher::notify(std::uint64_t freeBytes)
     freeBytes_ = freeBytes;
     if (const auto told = delegate.lock())
         told->quotaFetcherDidUpdateValue(*this, freeBytes_);
+}
+
+void QuotaFetcher::notifyOfNoLimit()
+{
+    if (const auto told = delegate.lock())
+        told->quotaFetcherFoundNoLimit(*this);
 }
 
 void QuotaFetcher::didBecomeActiveNotification()

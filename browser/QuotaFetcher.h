@@ -22,6 +22,8 @@ public:
 
     /// A fetch has told how many bytes are free, on the main thread.
     virtual void quotaFetcherDidUpdateValue(QuotaFetcher&, std::uint64_t /*freeBytes*/) {}
+    /// A fetch has told that there is no limit, or none that is known: what was told before is true no more.
+    virtual void quotaFetcherFoundNoLimit(QuotaFetcher&) {}
 };
 
 /// Asks the cloud again and again how much room is left, while the program is active. Made as a shared pointer, used
@@ -46,6 +48,7 @@ private:
     void performFetch();
     void fetchUserQuota(QuotaFetchOperation::Completion);
     void notify(std::uint64_t freeBytes);
+    void notifyOfNoLimit();
     void didBecomeActiveNotification();
     void willResignActiveNotification();
 

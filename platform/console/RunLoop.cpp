@@ -48,7 +48,8 @@ bool runReadyUntil(Clock::Ticks deadline)
 bool isMoreToCome()
 {
     const auto wait = untilNextDue();
-    return (wait && *wait <= kNearFuture) || DispatchQueue::main().isExpecting() || platform::installed().apps.isAwaitingDocuments();
+    return (wait && *wait <= kNearFuture) || DispatchQueue::main().isExpecting() ||
+           platform::installed().apps.isAwaitingDocuments();
 }
 
 } // namespace

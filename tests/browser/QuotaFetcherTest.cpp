@@ -237,6 +237,11 @@ TEST_F(QuotaInListsTest, FollowsTheAccount)
     platform.settle();
     EXPECT_EQ(quota.askedAt().size(), asked + 1);
     EXPECT_EQ(navigation()->quotaBytes, 1'610'612'736U);
+
+    quota.answer(std::optional<std::uint64_t>()); // the account has no limit any more
+    navigation()->quotaFetcher->fetchNow();
+    platform.settle();
+    EXPECT_EQ(labels().primaryLabel->text(), "2 items");
 }
 
 TEST_F(QuotaInListsTest, FollowsTheOffer)

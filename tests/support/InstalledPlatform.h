@@ -44,7 +44,8 @@ public:
     [[nodiscard]] platform::Services services() { return platform_->services(); }
     [[nodiscard]] StateStore& stateStore() { return platform_->stateStore(); }
 
-    /// Runs the main queue until nothing is ready or expected, and the list on screen is complete. Throws after 30 seconds.
+    /// Runs the main queue until nothing is ready or expected, and the list on screen is complete. Throws after 30
+    /// seconds.
     void settle();
     /// Runs the main queue, waiting for what other threads add to it, until the condition holds.
     /// @returns false after 30 seconds
