@@ -73,5 +73,35 @@ void ChecksASelection(benchmark::State& state)
 }
 BENCHMARK(ChecksASelection)->Unit(benchmark::kMicrosecond);
 
+/// How long the main queue is busy with half of the items before the user is asked anything.
+void AsksBeforeDeleting(benchmark::State& state)
+{
+    const Selecting selecting;
+    for (auto _ : state) {
+        selecting.navigation().showWarningAndDeleteDocument();
+        state.PauseTiming();
+        selecting.navigation().dismiss(Animated::No);
+        (void)platform::installed().mainQueue.runReady();
+        state.ResumeTiming();
+    }
+    state.counters["limit_ms"] = 50;
+}
+BENCHMARK(AsksBeforeDeleting)->Iterations(5)->Unit(benchmark::kMillisecond);
+
+void AsksWhereToMove(benchmark::State& state)
+{
+    const Selecting selecting;
+    const auto items = selecting.list().selectedItemURLs();
+    for (auto _ : state) {
+        selecting.navigation().showMoveTargetForItems(items, selecting.list().presentedURL());
+        state.PauseTiming();
+        selecting.navigation().dismiss(Animated::No);
+        (void)platform::installed().mainQueue.runReady();
+        state.ResumeTiming();
+    }
+    state.counters["limit_ms"] = 50;
+}
+BENCHMARK(AsksWhereToMove)->Iterations(5)->Unit(benchmark::kMillisecond);
+
 } // namespace
 } // namespace tessel
