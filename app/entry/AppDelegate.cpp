@@ -23,6 +23,7 @@ bool AppDelegate::applicationWillFinishLaunchingWithOptions(const LaunchOptions&
     if (!options.shortcutItem)
         return true;
     TSD_INFO("Launched with shortcut: %{public}@", options.shortcutItem->type);
+    applicationPerformActionForShortcutItem(*options.shortcutItem);
     return false;
 }
 
@@ -48,8 +49,13 @@ bool AppDelegate::applicationShouldRestoreApplicationState()
 
 bool AppDelegate::isDriveAvailable() const
 {
-    const auto navigation = std::dynamic_pointer_cast<NavController>(rootWindow->rootViewController());
-    return navigation && navigation->checkTesselState();
+    const auto root = navigation();
+    return root && root->checkTesselState();
+}
+
+std::shared_ptr<NavController> AppDelegate::navigation() const
+{
+    return std::dynamic_pointer_cast<NavController>(rootWindow->rootViewController());
 }
 
 } // namespace tessel

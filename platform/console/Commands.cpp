@@ -2,6 +2,7 @@
 
 #include "platform/base/ControlCharacters.h"
 #include "platform/base/Platform.h"
+#include "platform/cloud/ActivityService.h"
 #include "platform/cloud/CloudService.h"
 #include "platform/console/ScreenFinder.h"
 #include "platform/console/ScreenReader.h"
@@ -14,6 +15,7 @@
 #include "platform/ui/Device.h"
 #include "platform/ui/NavigationController.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 
@@ -23,21 +25,20 @@ namespace {
 
 constexpr auto kSettleLimit = std::chrono::seconds(60);
 constexpr double kLongestWait = 1e6; ///< seconds
+constexpr const char* kViewingActivityType = "orvane.quillbox.viewing";
 
 std::string quoted(std::string_view text)
 {
     return '"' + std::string(text) + '"';
 }
 
-/// Words that need no quotes because a text is all that follows: one argument of them, or none.
-std::vector<std::string> joined(std::span<const std::string> words)
+/// The arguments of a command whose last one is a text, which needs no quotes: it is all that follows.
+std::vector<std::string> withTextJoined(std::span<const std::string> words, std::size_t before)
 {
-    if (words.empty())
-        return {};
-    std::string text = words.front();
-    for (const auto& word : words.subspan(1))
-        text += ' ' + word;
-    return {text};
+    std::vector<std::string> arguments(words.begin(), words.begin() + static_cast<std::ptrdiff_t>(before + 1));
+    for (const auto& word : words.subspan(before + 1))
+        arguments.back() += ' ' + word;
+    return arguments;
 }
 
 /// A finite decimal number that takes up the whole text.
@@ -84,9 +85,9 @@ const Commands::Command Commands::kCommands[] = {
     {"pop", "", "presses on, from a peek", &Commands::pop},
     {"release", "", "lets go of a peek", &Commands::release},
     {"search", "TEXT", "types into the list's search field; \"\" ends the search", &Commands::search},
-    {"open", "URL", "opens a URL of the application's scheme", &Commands::notYet},
-    {"shortcut", "KIND [ID]", "presses a home-screen shortcut", &Commands::notYet},
-    {"continue", "KIND VALUE", "continues an activity", &Commands::notYet},
+    {"open", "URL", "opens a URL of the application's scheme", &Commands::open},
+    {"shortcut", "KIND [ID]", "presses a home-screen shortcut", &Commands::shortcut},
+    {"continue", "KIND TEXT", "continues an activity", &Commands::continueActivity},
     {"background", "", "resigns active", &Commands::background},
     {"activate", "", "becomes active", &Commands::activate},
     {"sign-in", "NAME", "signs in to a cloud account", &Commands::signIn},
@@ -107,8 +108,11 @@ Answer Commands::run(Arguments words)
     for (const auto& command : kCommands) {
         if (command.word != words.front())
             continue;
-        const auto text = command.parameters == "TEXT" ? joined(words.subspan(1)) : std::vector<std::string>();
-        const auto arguments = text.empty() ? words.subspan(1) : Arguments(text);
+        auto arguments = words.subspan(1);
+        std::vector<std::string> joined;
+        const auto before = static_cast<std::size_t>(std::ranges::count(command.parameters, ' '));
+        if (command.parameters.ends_with("TEXT") && arguments.size() > before)
+            arguments = joined = withTextJoined(arguments, before);
         if (auto refusal = checkArguments(command, arguments))
             return Answer::refused(std::move(*refusal));
         return (this->*command.run)(arguments);
@@ -197,6 +201,46 @@ Answer Commands::search(Arguments arguments)
         return Answer::refused("there is no search field on the screen");
     list->startSearch(arguments[0]);
     return {};
+}
+
+Answer Commands::open(Arguments arguments)
+{
+    return application_.openURL(arguments[0]) ? Answer()
+                                              : Answer::refused("the URL leads to nothing that can be shown");
+}
+
+Answer Commands::shortcut(Arguments arguments)
+{
+    const auto& kind = arguments[0];
+    if (kind == "search" && arguments.size() == 1) {
+        application_.performShortcut({ShortcutItem::kSearch, {}});
+        return {};
+    }
+    if (kind != "recent" || arguments.size() != 2)
+        return Answer::refused("a shortcut is search, or recent ID");
+    std::uint64_t identifier = 0;
+    const auto* const end = arguments[1].data() + arguments[1].size();
+    const auto [rest, error] = std::from_chars(arguments[1].data(), end, identifier);
+    if (error != std::errc() || rest != end)
+        return Answer::refused("ID is the number of a document");
+    application_.performShortcut({ShortcutItem::kRecentDocument,
+                                  {{ShortcutItem::kDocumentIdentifierKey, static_cast<std::int64_t>(identifier)}}});
+    return {};
+}
+
+Answer Commands::continueActivity(Arguments arguments)
+{
+    const auto& kind = arguments[0];
+    UserActivity activity;
+    if (kind == "query")
+        activity = {UserActivity::kSearchQuery, {{UserActivity::kSearchQueryKey, arguments[1]}}};
+    else if (kind == "result")
+        activity = {UserActivity::kSearchResult, {{UserActivity::kSearchItemIdentifierKey, arguments[1]}}};
+    else if (kind == "activity")
+        activity = {kViewingActivityType, {{ContinuationActivity::kDocumentURLKey, arguments[1]}}};
+    else
+        return Answer::refused("an activity is query TEXT, result ID or activity BOOKMARK");
+    return application_.continueActivity(activity) ? Answer() : Answer::refused("the activity is not known");
 }
 
 Answer Commands::signIn(Arguments arguments)
@@ -289,8 +333,6 @@ Answer Commands::help(Arguments)
 {
     std::string text;
     for (const auto& command : kCommands) {
-        if (command.run == &Commands::notYet)
-            continue;
         auto usage = "  " + std::string(command.word) + " " + std::string(command.parameters);
         usage.resize(std::max<std::size_t>(usage.size(), 24), ' ');
         text += usage + "  " + std::string(command.summary) + "\n";
@@ -302,11 +344,6 @@ Answer Commands::quit(Arguments)
 {
     hasQuit_ = true;
     return {};
-}
-
-Answer Commands::notYet(Arguments)
-{
-    return Answer::refused("not yet");
 }
 
 } // namespace tessel

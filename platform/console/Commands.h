@@ -61,6 +61,9 @@ private:
     Answer pop(Arguments);
     Answer release(Arguments);
     Answer search(Arguments);
+    Answer open(Arguments);
+    Answer shortcut(Arguments);
+    Answer continueActivity(Arguments);
     Answer signIn(Arguments);
     Answer signOut(Arguments);
     Answer background(Arguments);
@@ -74,7 +77,6 @@ private:
     Answer log(Arguments);
     Answer help(Arguments);
     Answer quit(Arguments);
-    Answer notYet(Arguments);
 
     Application& application_;
     RunLoop& loop_;

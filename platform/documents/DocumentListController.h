@@ -74,6 +74,14 @@ enum class ListState {
     Failed, ///< there is no listing; `failure` says why
 };
 
+/// A measurement of how a list scrolls.
+struct ScrollTest {
+    std::string name;
+    int iterations = 0;
+    int delta = 0; ///< points for each frame
+    ListMode mode = ListMode::Rows;
+};
+
 /// A list of one folder's items, in natural order, kept true while other programs change the folder. Hidden items are
 /// not shown; in the drive's top folder the app libraries are. Main thread only; listing happens elsewhere.
 ///
@@ -162,6 +170,10 @@ public:
     void startAtItem(const URL&);
     /// The row that a complete list is to begin with; 0 from the next time on, and where nobody has asked for one.
     [[nodiscard]] std::size_t takeStartRow();
+    /// Has the shell scroll through the list and tell how long its frames took; nothing without one that can.
+    void runScrollTest(const ScrollTest&);
+    /// By the shell's wish.
+    std::function<void(const ScrollTest&)> scrollTestBegan;
     /// Whether something is still being fetched: the listing, or details of visible rows.
     [[nodiscard]] bool isBusy() const;
     /// Whether something has happened to the folder that the rows do not show yet.

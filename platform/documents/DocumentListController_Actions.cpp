@@ -37,6 +37,12 @@ void DocumentListController::performAction(ListAction action, const URL& url,
                                                       completion);
 }
 
+void DocumentListController::runScrollTest(const ScrollTest& test)
+{
+    if (scrollTestBegan)
+        scrollTestBegan(test);
+}
+
 ListMode DocumentListController::listMode()
 {
     const auto stored = platform::installed().defaults.value(kListModeKey);

@@ -25,11 +25,18 @@ std::shared_ptr<ViewController> restorableController()
 
 void Application::launch(const LaunchOptions& options)
 {
-    delegate_.applicationWillFinishLaunchingWithOptions(options);
-    restoreState();
+    // What a shortcut has begun takes the place of where the user was.
+    if (delegate_.applicationWillFinishLaunchingWithOptions(options))
+        restoreState();
     delegate_.applicationDidFinishLaunchingWithOptions(options);
     becomeActive();
     screen_ = platform::installed().notifications.observe(kScreenDidChangeNotification, [this] { saveSoon(); });
+}
+
+bool Application::continueActivity(const UserActivity& activity)
+{
+    return delegate_.applicationWillContinueUserActivityWithType(activity.type) &&
+           delegate_.applicationContinueUserActivity(activity);
 }
 
 void Application::becomeActive()

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "platform/base/Error.h"
 #include "platform/base/NotificationCenter.h"
 #include "platform/base/Value.h"
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -20,9 +22,30 @@ inline constexpr const char* kScreenDidChangeNotification = "ScreenDidChange";
 
 /// A shortcut of the home screen that the user pressed.
 struct ShortcutItem {
+    static constexpr const char* kSearch = "orvane.quillbox.shortcut.search"; ///< a type, like the next
+    static constexpr const char* kRecentDocument = "orvane.quillbox.shortcut.recent";
+    /// Of `userInfo`: the document, as an archived URL, as the number by which it is known, or as another archived URL;
+    /// the first that is there counts.
+    static constexpr const char* kAliasURLKey = "AliasURL";
+    static constexpr const char* kDocumentIdentifierKey = "DocumentIdentifier";
+    static constexpr const char* kDocumentURLKey = "DocumentURL";
+
     std::string type;
     Value::Dictionary userInfo;
 };
+
+/// Something that the user began elsewhere and goes on with here.
+struct UserActivity {
+    static constexpr const char* kSearchQuery = "orvane.search.query";    ///< a search in the whole system; a type
+    static constexpr const char* kSearchResult = "orvane.search.result";  ///< a document that such a search found
+    static constexpr const char* kSearchQueryKey = "Query";               ///< of `userInfo`, a text
+    static constexpr const char* kSearchItemIdentifierKey = "Identifier"; ///< of `userInfo`, a text
+
+    std::string type;
+    Value::Dictionary userInfo;
+};
+
+using TestOptions = std::map<std::string, std::string>;
 
 struct LaunchOptions {
     std::optional<ShortcutItem> shortcutItem;
@@ -38,6 +61,18 @@ public:
     virtual void applicationWillResignActive() = 0;
     virtual bool applicationShouldSaveApplicationState() = 0;
     virtual bool applicationShouldRestoreApplicationState() = 0;
+
+    // What is asked for from outside; a program without a drive does none of it.
+
+    /// @returns whether a document is shown
+    virtual bool applicationOpenURL(const std::string& /*url*/, const Value::Dictionary& /*options*/) { return false; }
+    virtual void applicationPerformActionForShortcutItem(const ShortcutItem&) {}
+    /// @returns whether the program knows activities of this type
+    virtual bool applicationWillContinueUserActivityWithType(const std::string& /*type*/) { return false; }
+    virtual bool applicationContinueUserActivity(const UserActivity&) { return false; }
+    virtual void applicationDidFailToContinueUserActivityWithType(const std::string& /*type*/, const Error&) {}
+    /// @returns whether a test of that name was begun
+    virtual bool applicationRunTest(const std::string& /*name*/, const TestOptions&) { return false; }
 };
 
 /// The life of the program between start and end, as a shell drives it. Main thread only.
@@ -52,6 +87,18 @@ public:
     /// Finishes launching: the delegate makes its window, the saved state is restored into the key window's root
     /// controller if the delegate agrees, and the program becomes active.
     void launch(const LaunchOptions&);
+
+    bool openURL(const std::string& url, const Value::Dictionary& options = {})
+    {
+        return delegate_.applicationOpenURL(url, options);
+    }
+    void performShortcut(const ShortcutItem& item) { delegate_.applicationPerformActionForShortcutItem(item); }
+    /// @returns whether the program knows such activities
+    bool continueActivity(const UserActivity&);
+    bool runTest(const std::string& name, const TestOptions& options)
+    {
+        return delegate_.applicationRunTest(name, options);
+    }
 
     /// Also posts the notification when it is active already: coming back to the screen is reason enough to look again.
     void becomeActive();
