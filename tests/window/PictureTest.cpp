@@ -21,6 +21,7 @@ struct Screen {
     Lines arguments = {};
     Lines environment = {};
     bool hasBareDrive = false; ///< of a folder that is empty and one that is closed
+    bool hasOffer = false;
 };
 
 std::ostream& operator<<(std::ostream& stream, const Screen& screen)
@@ -93,6 +94,10 @@ protected:
         Lines environment = {"FONTCONFIG_FILE=" + folder.url("fonts.conf").path(), "XDG_DATA_DIRS=/usr/share",
                              "QT_QPA_PLATFORMTHEME="};
         environment.insert(environment.end(), GetParam().environment.begin(), GetParam().environment.end());
+        // The same room is left on every machine.
+        folder.file("home/quota.json", R"({"accountSize": 5368709120})");
+        if (GetParam().hasOffer)
+            folder.file("home/offers.json", R"({"currentOffer": {"showsButton": true, "link": {"action": 3}}})");
         if (!GetParam().hasBareDrive)
             return open(GetParam().arguments, environment);
         folder.folder("drive/Empty");
@@ -172,6 +177,7 @@ INSTANTIATE_TEST_SUITE_P(
         Screen{.name = "phone-details", .commands = kDetails, .environment = {"TZ=UTC"}},
         Screen{.name = "phone-rename", .width = 667, .height = 375, .commands = kRename, .environment = {"TZ=UTC"}},
         Screen{.name = "tablet-details", .width = 1024, .height = 768, .commands = kDetails, .environment = {"TZ=UTC"}},
+        Screen{.name = "phone-offer", .hasOffer = true},
         Screen{.name = "phone-empty", .commands = {"tap Empty"}, .hasBareDrive = true},
         Screen{.name = "phone-failed", .commands = {"tap Closed"}, .hasBareDrive = true},
         Screen{.name = "tablet-documents", .width = 768, .height = 1024, .commands = kDocuments},
