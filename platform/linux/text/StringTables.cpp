@@ -1,5 +1,7 @@
 #include "platform/linux/text/StringTables.h"
 
+#include "platform/linux/text/PseudoTexts.h"
+
 #include <nlohmann/json.hpp>
 
 namespace tessel {
@@ -62,16 +64,21 @@ std::string StringTables::text(std::string_view key) const
 {
     for (const auto& table : chain())
         if (const auto* text = table->text(key))
-            return *text;
-    return std::string(key);
+            return shown(*text);
+    return shown(key);
 }
 
 std::string StringTables::text(std::string_view key, double count) const
 {
     for (const auto& table : chain())
         if (const auto* text = table->text(key, count))
-            return *text;
-    return std::string(key);
+            return shown(*text);
+    return shown(key);
+}
+
+std::string StringTables::shown(std::string_view text) const
+{
+    return locale_ == kPseudoLocale ? pseudoText(text) : std::string(text);
 }
 
 const std::vector<std::unique_ptr<const StringTable>>& StringTables::chain() const

@@ -51,6 +51,7 @@ public:
     [[nodiscard]] std::string text(std::string_view key, double count) const;
 
 private:
+    [[nodiscard]] std::string shown(std::string_view text) const;
     [[nodiscard]] const std::vector<std::unique_ptr<const StringTable>>& chain() const;
 
     std::string locale_;

@@ -1,5 +1,7 @@
 #include "platform/linux/text/UserLocale.h"
 
+#include "platform/linux/text/PseudoTexts.h"
+
 #include <unicode/uloc.h>
 
 #include <algorithm>
@@ -46,7 +48,7 @@ std::string userLocale()
 
 bool isRightToLeft(const std::string& locale)
 {
-    return uloc_isRightToLeft(locale.c_str());
+    return locale == kPseudoLocale || uloc_isRightToLeft(locale.c_str());
 }
 
 } // namespace tessel

@@ -92,6 +92,15 @@ TEST(LocalizedCount, TakesThePluralFormAndTheDigitsOfTheLanguage)
     EXPECT_EQ(IcuTextServices("fr", kTables).localizedCount(".DICT.FILES.%d", 0), "0 files");
 }
 
+TEST(PseudoLocale, LengthensAndMirrorsEnglishAndLeavesPlaceholders)
+{
+    const IcuTextServices text("en_XA", kTables);
+    EXPECT_EQ(text.localized("Select"), "[Šéléçt~~~]");
+    EXPECT_EQ(text.localized("%1$@ of %@, 100%"), "[%1$@ öf %@, 100%~~~~~]");
+    EXPECT_EQ(text.localizedCount(".DICT.ITEMS.%d", 3), "[3 îtémš~~~]");
+    EXPECT_TRUE(isRightToLeft("en_XA"));
+}
+
 TEST(EmbeddedTables, SpeakEnglish)
 {
     const IcuTextServices text("en", embeddedStringTables());
@@ -125,6 +134,17 @@ INSTANTIATE_TEST_SUITE_P(
                     Size{999'949'999, "999.9 MB", "953.6 MB"}, Size{999'950'000, "1 GB", "953.6 MB"},
                     Size{2'344'999'999, "2.34 GB", "2.18 GB"}, Size{1'050'000'000'000, "1.05 TB", "977.89 GB"},
                     Size{UINT64_MAX, "18,446.74 PB", "16,384 PB"}));
+
+TEST(LocalizedAmount, TakesThePluralFormOfTheNumber)
+{
+    const std::map<std::string_view, std::string_view> tables = {
+        {"fr", R"({"A.%g": {"one": "%2$@ disponible", "other": "%2$@ disponibles"}})"}};
+    const IcuTextServices text("fr", tables);
+    EXPECT_EQ(text.localizedAmount("A.%g", 1.5, "1,5 Go"), "1,5 Go disponible") << "one and a half is singular";
+    EXPECT_EQ(text.localizedAmount("A.%g", 2, "2 Go"), "2 Go disponibles");
+    EXPECT_EQ(text.byteCountNumber(1'610'612'736, ByteCountStyle::Binary), "1,5");
+    EXPECT_EQ(IcuTextServices("en", tables).byteCountNumber(0, ByteCountStyle::Binary), "Zero");
+}
 
 TEST(ByteCount, SpeaksTheLanguage)
 {
