@@ -141,6 +141,10 @@ public:
     [[nodiscard]] bool documentListControllerCanPerformAction(const DocumentListController&, ListAction) const override;
     [[nodiscard]] std::shared_ptr<ViewController> documentListControllerViewControllerForPreviewingItemAtURL(
         DocumentListController&, const URL&) override;
+    /// By the rules of showMoveTargetForItems, and of how deep folders may lie.
+    [[nodiscard]] bool documentListControllerCanMoveItems(const DocumentListController&, const std::vector<URL>&,
+                                                          const URL& folder) const override;
+    void documentListControllerMoveItems(DocumentListController&, const std::vector<URL>&, const URL& folder) override;
     void documentListControllerPeekWasReleased(DocumentListController&) override;
     [[nodiscard]] std::optional<Color> documentListControllerColorOfTag(const DocumentListController&,
                                                                         const std::string& tag) const override;

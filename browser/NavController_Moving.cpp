@@ -164,6 +164,24 @@ void NavController::documentTargetSelectionControllerWantsNewFolder(DocumentTarg
     picker.present(folderPromptAlert->alert, Animated::Yes);
 }
 
+bool NavController::documentListControllerCanMoveItems(const DocumentListController&, const std::vector<URL>& items,
+                                                       const URL& folder) const
+{
+    const bool stay =
+        MenuEnableChecks::isDesktopOrDocumentsInURLArray(items) || MenuEnableChecks::numContainersInURLArray(items) > 0;
+    return !stay && MoveDestinations(items).accepts(folder);
+}
+
+void NavController::documentListControllerMoveItems(DocumentListController& list, const std::vector<URL>& items,
+                                                    const URL& folder)
+{
+    TSD_FUNCTION("-[NavController documentListController:moveItems:toDirectory:]");
+    TSD_USER_ACTION("DLC Dropped Items");
+    if (editMode)
+        setEditModeAndUpdateUI(false, std::static_pointer_cast<DocumentListController>(list.shared_from_this()));
+    moveItemsToDirectoryAndShowErrors(items, folder);
+}
+
 std::vector<Error> NavController::moveItemsToDirectory(const std::vector<URL>& items, const URL& toDirectory)
 {
     logMove(items, toDirectory);

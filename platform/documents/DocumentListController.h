@@ -50,6 +50,18 @@ public:
     {
         return false;
     }
+    /// Whether items, from anywhere, may be moved into a folder that the list shows, or into the list's own.
+    [[nodiscard]] virtual bool documentListControllerCanMoveItems(const DocumentListController&,
+                                                                  const std::vector<URL>& /*items*/,
+                                                                  const URL& /*folder*/) const
+    {
+        return false;
+    }
+    /// Such items were dropped there.
+    virtual void documentListControllerMoveItems(DocumentListController&, const std::vector<URL>& /*items*/,
+                                                 const URL& /*folder*/)
+    {
+    }
     /// What a peek at one of the items shows; null for none.
     [[nodiscard]] virtual std::shared_ptr<ViewController> documentListControllerViewControllerForPreviewingItemAtURL(
         DocumentListController&, const URL&)
@@ -130,6 +142,13 @@ public:
     /// Asks the delegate for an action on one of the items.
     void performAction(ListAction, const URL&, const std::shared_ptr<View>& originatingView,
                        const std::function<void()>& completion);
+
+    /// The items that are dragged with a row: all that are selected, if it is one of them. Libraries stay.
+    [[nodiscard]] std::vector<URL> itemsDraggedWith(std::size_t row) const;
+    /// Where items are to go that are dropped on a row, or beside all rows; none where they cannot be dropped.
+    [[nodiscard]] std::optional<URL> folderForDrop(const std::vector<URL>& items, std::optional<std::size_t> row) const;
+    /// Has the delegate move the items there.
+    void drop(const std::vector<URL>& items, const URL& folder);
 
     /// How lists show their items, which the user chooses for all of them; kept for the next start.
     [[nodiscard]] static ListMode listMode();

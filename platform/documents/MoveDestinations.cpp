@@ -38,7 +38,17 @@ bool MoveDestinations::isMoved(const URL& folder) const
 bool MoveDestinations::accepts(const URL& folder) const
 {
     const bool isThere = !items_.empty() && items_.front().deletingLastPathComponent() == folder;
-    return !isThere && !isMoved(folder) && (!haveFolder_ || takesFolders(folder));
+    const auto container = platform::installed().cloud.containerForURL(folder);
+    return !isThere && !isMoved(folder) && container && mayGetInto(*container) &&
+           (!haveFolder_ || takesFolders(folder));
+}
+
+/// Items from outside the drive may get anywhere.
+bool MoveDestinations::mayGetInto(const CloudContainer& container) const
+{
+    const auto& cloud = platform::installed().cloud;
+    const auto source = items_.empty() ? nullptr : cloud.containerForURL(items_.front());
+    return !source || source->identifier == container.identifier || cloud.canMoveWithoutDownloading(*source, container);
 }
 
 bool MoveDestinations::leadsOn(const URL& folder) const
@@ -48,11 +58,7 @@ bool MoveDestinations::leadsOn(const URL& folder) const
 
 bool MoveDestinations::reaches(const CloudContainer& library) const
 {
-    const auto& cloud = platform::installed().cloud;
-    const auto source = items_.empty() ? nullptr : cloud.containerForURL(items_.front());
-    if (!source || (haveFolder_ && !takesFolders(library.documentsURL)))
-        return false;
-    return source->identifier == library.identifier || cloud.canMoveWithoutDownloading(*source, library);
+    return mayGetInto(library) && (!haveFolder_ || takesFolders(library.documentsURL));
 }
 
 // What a container says that nobody knows means no.

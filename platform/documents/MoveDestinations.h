@@ -30,6 +30,8 @@ public:
     [[nodiscard]] static bool takesFolders(const URL& folder);
 
 private:
+    [[nodiscard]] bool mayGetInto(const CloudContainer&) const;
+
     std::vector<URL> items_;
     bool haveFolder_; ///< one of them is a folder, and no package
 };

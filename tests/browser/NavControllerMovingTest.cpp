@@ -191,5 +191,34 @@ TEST_F(NavControllerMovingTest, LeavesSpecialFoldersWhereTheyAre)
                 ElementsAre(AllOf(HasSubstr("[WARNING]"), HasSubstr("Not moving items with special folder: ("))));
 }
 
+TEST_F(NavControllerMovingTest, TakesWhatIsDroppedByTheSameRules)
+{
+    const TemporaryDrive elsewhere;
+    const auto stranger = elsewhere.file("Letter.txt", "letter");
+    launch("Documents/ Plan.txt Work/Deep/");
+    const auto list = navigation()->getTopDocumentListController();
+    const auto rowOf = [&](std::string_view name) {
+        const auto urls = list->containedItemURLs();
+        return static_cast<std::size_t>(std::ranges::find(urls, drive.url(name)) - urls.begin());
+    };
+    const auto plan = drive.url("Plan.txt"), work = drive.url("Work");
+    EXPECT_EQ(list->folderForDrop({plan}, rowOf("Work")), work);
+    EXPECT_EQ(list->folderForDrop({plan}, std::nullopt), std::nullopt) << "it is there already";
+    EXPECT_EQ(list->folderForDrop({stranger}, std::nullopt), drive.url());
+    EXPECT_EQ(list->folderForDrop({stranger}, rowOf("Plan.txt")), std::nullopt) << "no folder";
+    EXPECT_EQ(list->folderForDrop({work}, rowOf("Work")), std::nullopt);
+    EXPECT_EQ(list->folderForDrop({drive.url("Documents")}, rowOf("Work")), std::nullopt);
+    EXPECT_EQ(list->folderForDrop({}, rowOf("Work")), std::nullopt);
+
+    select({plan, work});
+    EXPECT_THAT(list->itemsDraggedWith(rowOf("Plan.txt")), ElementsAre(plan, work));
+    EXPECT_THAT(list->itemsDraggedWith(rowOf("Documents")), ElementsAre(drive.url("Documents")));
+    list->drop({plan, stranger}, work);
+    EXPECT_FALSE(navigation()->editMode);
+    EXPECT_EQ(drive.read("Work/Letter.txt"), "letter");
+    EXPECT_TRUE(exists("Work/Plan.txt"));
+    EXPECT_FALSE(std::filesystem::exists(stranger.path()));
+}
+
 } // namespace
 } // namespace tessel
