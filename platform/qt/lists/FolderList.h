@@ -4,9 +4,14 @@
 #include "platform/qt/lists/RowListModel.h"
 #include "platform/qt/lists/SearchList.h"
 
+#include <QList>
+#include <QUrl>
 #include <QVariantList>
+#include <QVariantMap>
 
 #include <memory>
+#include <optional>
+#include <vector>
 
 namespace tessel::qt {
 
@@ -69,6 +74,12 @@ public:
     [[nodiscard]] Q_INVOKABLE QVariantList menu() const;
     Q_INVOKABLE void perform(int row, int code);
 
+    /// What is dragged with a row, by type; empty when the row stays.
+    [[nodiscard]] Q_INVOKABLE QVariantMap dragged(int row) const;
+    /// Whether what is dragged may be dropped on a row; on none: -1.
+    [[nodiscard]] Q_INVOKABLE bool takes(const QList<QUrl>&, int row) const;
+    Q_INVOKABLE void take(const QList<QUrl>&, int row);
+
     /// The rows that can be seen, for which details are fetched; none while the list is covered.
     Q_INVOKABLE void setVisibleRange(int first, int count);
     /// Whether other pages hide this list wholly. What was below the folder is looked at again when it is uncovered.
@@ -108,6 +119,7 @@ private:
     void syncState();
     void syncSearch();
     void tellVisibleRows();
+    [[nodiscard]] std::optional<tessel::URL> folderForDrop(const std::vector<tessel::URL>&, int row) const;
 
     std::weak_ptr<DocumentListController> controller_;
     State state_ = Loading;

@@ -12,6 +12,7 @@ GridView {
     readonly property int columns: Math.max(2, Math.floor(space / ((shell.tablet ? 136 : 112) * Math.min(Theme.textScale, 1.5))))
     readonly property real pictureHeight: Math.round(Math.min(cellWidth - 24, 110 * Math.min(Theme.textScale, 1.4)))
     readonly property alias press: press
+    readonly property alias dropRow: dropTarget.row
 
     signal menuRequested(int index, string title, point position)
 
@@ -57,6 +58,13 @@ GridView {
 
     PressMark {
         id: press
+    }
+
+    DropTarget {
+        id: dropTarget
+
+        parent: grid
+        view: grid
     }
 
     VisibleRange {

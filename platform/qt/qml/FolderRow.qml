@@ -22,7 +22,8 @@ MouseArea {
     acceptedButtons: Qt.LeftButton | Qt.RightButton
     hoverEnabled: true
     pressAndHoldInterval: 500
-    drag.target: view.editing ? null : content
+    preventStealing: dragSource.held
+    drag.target: view.editing || dragSource.held ? null : content
     drag.axis: Drag.XAxis
     drag.minimumX: shell.mirrored ? 0 : -actions.width
     drag.maximumX: shell.mirrored ? actions.width : 0
@@ -37,6 +38,7 @@ MouseArea {
 
     onPressed: mouse => {
         motion.stop()
+        dragSource.press(area, mouse)
         pressX = mouse.x
         stopping = view.moving
         view.press.begin(area)
@@ -46,7 +48,9 @@ MouseArea {
             view.closeRow()
     }
     onPositionChanged: mouse => {
-        if (pressed && !view.editing && Math.abs(mouse.x - pressX) > 4)
+        if (pressed && dragSource.held)
+            dragSource.move(mouse)
+        else if (pressed && !view.editing && Math.abs(mouse.x - pressX) > 4)
             actions.active = true
     }
     onClicked: mouse => touched(mouse)
@@ -133,7 +137,7 @@ MouseArea {
 
         width: area.width
         height: area.height
-        color: area.row.selected && area.view.editing ? Theme.chosen
+        color: (area.row.selected && area.view.editing) || area.view.dropRow === area.index ? Theme.chosen
                : area.view.press.item === area && !area.open ? Theme.pressed
                : area.containsMouse && !area.pressed ? Theme.hover : "transparent"
         border.color: Theme.accent
@@ -158,6 +162,14 @@ MouseArea {
             size: area.view.pictureSize
             row: area.row
             opacity: area.row.inCloud || !area.row.enabled ? 0.55 : 1
+
+            DragSource {
+                id: dragSource
+
+                anchors.fill: parent
+                list: area.view.list
+                index: area.index
+            }
         }
 
         Text {

@@ -17,6 +17,7 @@ ListView {
     property real editSpace: editing ? 38 : 0
     property Item openRow: null
     readonly property alias press: press
+    readonly property alias dropRow: dropTarget.row
 
     signal menuRequested(int index, string title, point position)
 
@@ -70,6 +71,13 @@ ListView {
 
     PressMark {
         id: press
+    }
+
+    DropTarget {
+        id: dropTarget
+
+        parent: rows
+        view: rows
     }
 
     VisibleRange {

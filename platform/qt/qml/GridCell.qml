@@ -27,11 +27,17 @@ MouseArea {
     Accessible.focused: current
     Accessible.onPressAction: choose()
 
-    onPressed: {
+    preventStealing: dragSource.held
+    onPressed: mouse => {
+        dragSource.press(cell, mouse)
         stopping = view.moving
         view.press.begin(cell)
         Theme.keyboard = false
         view.forceActiveFocus()
+    }
+    onPositionChanged: mouse => {
+        if (pressed)
+            dragSource.move(mouse)
     }
     onClicked: mouse => touched(mouse)
     // A double click opens once, and selects twice.
@@ -68,7 +74,7 @@ MouseArea {
         anchors.fill: parent
         anchors.margins: 2
         radius: Theme.radius
-        color: cell.row.selected && cell.view.editing ? Theme.chosen : cell.view.press.item === cell ? Theme.pressed
+        color: (cell.row.selected && cell.view.editing) || cell.view.dropRow === cell.index ? Theme.chosen : cell.view.press.item === cell ? Theme.pressed
                : cell.containsMouse ? Theme.hover : "transparent"
         border.color: Theme.accent
         border.width: cell.current ? 2 : 0
@@ -101,6 +107,14 @@ MouseArea {
             sourceComponent: Thumbnail {
                 source: cell.row.thumbnailSource
             }
+        }
+
+        DragSource {
+            id: dragSource
+
+            anchors.fill: parent
+            list: cell.view.list
+            index: cell.index
         }
 
         Loader {

@@ -40,6 +40,17 @@ protected:
         {
             return true;
         }
+        bool documentListControllerCanMoveItems(const DocumentListController&, const std::vector<URL>&,
+                                                const URL& folder) const override
+        {
+            return folder.lastPathComponent() != "Closed";
+        }
+        void documentListControllerMoveItems(DocumentListController&, const std::vector<URL>& items,
+                                             const URL& folder) override
+        {
+            for (const auto& item : items)
+                done.push_back("moved " + item.path() + " to " + std::string(folder.lastPathComponent()));
+        }
         std::shared_ptr<ViewController> documentListControllerViewControllerForPreviewingItemAtURL(
             DocumentListController&, const URL& url) override
         {
