@@ -141,5 +141,56 @@ TEST_F(BlackBoxActionsTest, MovesWhatItCanAndTellsTheRest)
     EXPECT_EQ(folder.read("drive/Report.doc") + folder.read("drive/Work/Report.doc"), "report");
 }
 
+/// The same on the drive that the program makes at its first start, which has libraries.
+class BlackBoxLibrariesTest : public testing::Test {
+protected:
+    void does(const std::vector<std::string>& commands)
+    {
+        for (const auto& command : commands)
+            EXPECT_EQ(program.send(command).answer, "ok") << command;
+        program.send("settle");
+    }
+    [[nodiscard]] std::vector<std::string> screen() { return program.screen(); }
+
+    TemporaryDrive folder;
+    Program program{{"--console", "--log", "off", "--home", folder.url("home").path()}};
+};
+
+TEST_F(BlackBoxLibrariesTest, MovesAcrossContainersAsDeepAsTheyAllow)
+{
+    does({"tap Documents"});
+    does({"action Projects Move"});
+    EXPECT_THAT(screen(), AllOf(Contains("title: Documents | Move 1 Item"), Contains(HasSubstr("Projects (disabled)")),
+                                Contains("toolbar: New Folder | Move (disabled)")));
+    does({"back"});
+    does({"tap Quillpad"}); // which has folders at its top level only
+    EXPECT_THAT(screen(), ElementsAre("title: Quillpad | Move 1 Item", "back: Tessel Drive", "right: Cancel",
+                                      "toolbar: New Folder (disabled) | Move", "empty: Quillpad"));
+    does({"tap Move"});
+    EXPECT_TRUE(std::filesystem::exists(folder.url("home/Mobile Documents/orvane~Quillpad/Documents/Projects").path()));
+    EXPECT_THAT(screen(), Not(Contains(HasSubstr("Projects"))));
+
+    does({"action Plan.txt Move", "back"});
+    does({"tap Quillpad"});
+    does({"tap Projects", "tap Move"});
+    EXPECT_TRUE(std::filesystem::exists(
+        folder.url("home/Mobile Documents/orvane~Quillpad/Documents/Projects/Plan.txt").path()));
+}
+
+TEST_F(BlackBoxLibrariesTest, DeletesLibrariesAndNothingElseWithThem)
+{
+    does({"settle", "tap Select", "tap Quillpad", "tap Welcome.txt"});
+    EXPECT_THAT(screen(), Contains(HasSubstr("Delete (disabled)")));
+    does({"tap Welcome.txt", "tap Lookbook", "tap Delete"});
+    EXPECT_THAT(screen(), Contains(StartsWith("sheet: 2 items will be permanently deleted")));
+    does({"tap \"Delete from Tessel Drive\""});
+    EXPECT_THAT(screen(), AllOf(Contains("right: Select"), Contains(StartsWith("row: file | Welcome.txt")),
+                                Not(Contains(StartsWith("row: library")))));
+    EXPECT_FALSE(std::filesystem::exists(folder.url("home/Mobile Documents/orvane~Lookbook/Documents").path()));
+
+    does({"action Documents Move"});
+    EXPECT_THAT(screen(), Contains("alert: This can’t be done with the item."));
+}
+
 } // namespace
 } // namespace tessel
