@@ -159,6 +159,7 @@ const Lines kDocuments = {"tap Documents"};
 // Of a document whose dates are always the same.
 const Lines kDetails = {"tap Documents", "swipe -200 Contract.pdf", "tap More", "tap Info"};
 const Lines kRename = {"tap Documents", "swipe -200 Contract.pdf", "tap More", "tap Info", "tap Name"};
+const Lines kMove = {"tap Documents", "swipe -200 Photos", "tap More", "tap Move"};
 
 INSTANTIATE_TEST_SUITE_P(
     Screens, PictureTest,
@@ -178,6 +179,12 @@ INSTANTIATE_TEST_SUITE_P(
         Screen{.name = "phone-rename", .width = 667, .height = 375, .commands = kRename, .environment = {"TZ=UTC"}},
         Screen{.name = "tablet-details", .width = 1024, .height = 768, .commands = kDetails, .environment = {"TZ=UTC"}},
         Screen{.name = "phone-offer", .hasOffer = true},
+        Screen{.name = "phone-move", .commands = kMove, .environment = {"TZ=UTC"}},
+        Screen{.name = "tablet-move-dark",
+               .width = 768,
+               .height = 1024,
+               .commands = kMove,
+               .environment = {"TESSELDRIVE_DARK=1", "TZ=UTC"}},
         Screen{.name = "phone-empty", .commands = {"tap Empty"}, .hasBareDrive = true},
         Screen{.name = "phone-failed", .commands = {"tap Closed"}, .hasBareDrive = true},
         Screen{.name = "tablet-documents", .width = 768, .height = 1024, .commands = kDocuments},
