@@ -3,9 +3,12 @@
 #include "app/entry/CommandLine.h"
 #include "app/entry/Gallery.h"
 #include "files/FileUtils.h"
+#include "platform/base/URLComponents.h"
 #include "platform/console/ConsoleShell.h"
 #include "platform/linux/LinuxPlatform.h"
+#include "platform/linux/StartFolders.h"
 #include "platform/linux/base/UserFolders.h"
+#include "platform/linux/instance/SingleInstance.h"
 #include "platform/linux/log/DefaultLogSink.h"
 #include "platform/linux/run/EndSignals.h"
 #include "platform/linux/run/TerminalLineSource.h"
@@ -80,12 +83,26 @@ void runInConsole(Application& application, const CommandLine& options)
     ConsoleShell(application, input, std::cout, consoleOptions(options, input)).run();
 }
 
-bool runInWindow(Application& application)
+/// @param instance takes what later starts are asked for; may be null
+bool runInWindow(Application& application, const CommandLine& options, std::unique_ptr<SingleInstance> instance)
 {
     const EndSignals endSignals;
-    WindowShell shell(endSignals.descriptor());
-    application.launch({});
-    return shell.run(application);
+    const auto shell = std::make_shared<WindowShell>(endSignals.descriptor());
+    application.launch({options.shortcut});
+    perform(application, {.urls = options.documents, .shortcut = {}, .activationToken = {}});
+    if (options.runTest)
+        application.runTest(*options.runTest, options.testOptions);
+    if (instance)
+        instance->serve([weak = std::weak_ptr(shell)](const OutsideRequest& request) {
+            DispatchQueue::main().async([weak, request] {
+                if (const auto running = weak.lock())
+                    running->take(request);
+            });
+        });
+    const bool ownsName = instance && options.home.empty() && !options.drive;
+    const bool ran = shell->run(application, ownsName ? DesktopName::Own : DesktopName::None);
+    instance.reset();
+    return ran;
 }
 
 /// Whether to open a window; where one is wanted and cannot be opened, says why.
@@ -99,14 +116,47 @@ bool opensWindow(const CommandLine& options)
     return !problem;
 }
 
-int runApplication(LinuxPlatform& platform, const CommandLine& options)
+/// What this start is asked for, as another one is told.
+OutsideRequest requestOf(const CommandLine& options)
+{
+    const auto* token = std::getenv("XDG_ACTIVATION_TOKEN");
+    const auto* startup = std::getenv("DESKTOP_STARTUP_ID");
+    return {.urls = options.documents,
+            .shortcut = options.shortcut,
+            .activationToken = token     ? token
+                               : startup ? startup
+                                         : ""};
+}
+
+/// Paths, which count from where this program was started, become URLs of the application's own.
+void makeURLs(std::vector<std::string>& documents)
+{
+    for (auto& document : documents) {
+        std::error_code ignored;
+        if (std::filesystem::exists(document, ignored) || !URLComponents::parse(document))
+            document = applicationURL(std::filesystem::absolute(document, ignored).string());
+    }
+}
+
+/// Claims the place of the one window of a home.
+SingleInstance::Claim claimPlace(const CommandLine& options)
+{
+    const auto home = homeFolder(options.home);
+    if (!home || options.newInstance || options.gallery || options.runTest)
+        return {};
+    return SingleInstance::claim(coordinationFolder(*home), home->path() + '\n' + options.drive.value_or(std::string()),
+                                 requestOf(options));
+}
+
+int runApplication(LinuxPlatform& platform, const CommandLine& options, bool inWindow,
+                   std::unique_ptr<SingleInstance> instance)
 {
     AppDelegate drive;
     Gallery gallery;
     Application application(options.gallery ? static_cast<ApplicationDelegate&>(gallery) : drive, platform.stateStore(),
                             &platform.sessionStore());
-    if (opensWindow(options))
-        return runInWindow(application) ? 0 : kNoWindow;
+    if (inWindow)
+        return runInWindow(application, options, std::move(instance)) ? 0 : kNoWindow;
     runInConsole(application, options);
     return 0;
 }
@@ -116,13 +166,19 @@ int runApplication(LinuxPlatform& platform, const CommandLine& options)
 int main(int argc, char* argv[])
 {
     const std::vector<const char*> arguments(argv + 1, argv + std::max(argc, 1));
-    const auto options = CommandLine::parse(arguments);
-    if (!options)
-        return fail(options.error());
+    auto parsed = CommandLine::parse(arguments);
+    if (!parsed)
+        return fail(parsed.error());
+    makeURLs(parsed.value().documents);
+    const auto& options = parsed;
     if (options->showHelp || options->showVersion) {
         std::cout << (options->showHelp ? CommandLine::help() : "tesseldrive " TESSELDRIVE_VERSION "\n");
         return 0;
     }
+    const bool inWindow = opensWindow(*options);
+    auto claim = inWindow ? claimPlace(*options) : SingleInstance::Claim();
+    if (claim.wasHandedOver)
+        return 0;
     LinuxPlatformOptions platformOptions;
     platformOptions.home = options->home;
     platformOptions.drive = options->drive;
@@ -138,5 +194,5 @@ int main(int argc, char* argv[])
 
     logBanner(argv[0]);
     FileUtils::logFileAttributes(executablePath(argv[0]));
-    return runApplication(**platform, *options);
+    return runApplication(**platform, *options, inWindow, std::move(claim.instance));
 }

@@ -15,9 +15,13 @@ WindowShell::WindowShell(int /*endDescriptor*/)
 
 WindowShell::~WindowShell() = default;
 
-bool WindowShell::run(Application& /*application*/)
+bool WindowShell::run(Application& /*application*/, DesktopName /*name*/)
 {
     return false;
+}
+
+void WindowShell::take(const OutsideRequest& /*request*/)
+{
 }
 
 } // namespace tessel

@@ -2,6 +2,7 @@
 
 #include "platform/base/Platform.h"
 #include "platform/qt/ApplicationLife.h"
+#include "platform/qt/DesktopService.h"
 #include "platform/qt/Display.h"
 #include "platform/qt/EventLoop.h"
 #include "platform/qt/Scene.h"
@@ -87,6 +88,20 @@ void describeDevice(Device& device, const qt::SystemAppearance& appearance)
     device.setScreenBounds({0, 0, size.width, size.height});
 }
 
+/// By the token of whoever has asked, where the desktop wants one; it is read from the environment.
+void comeToFront(QWindow& window, const std::string& token)
+{
+    constexpr auto kToken = "XDG_ACTIVATION_TOKEN";
+    if (!token.empty())
+        qputenv(kToken, QByteArray::fromStdString(token));
+    if (window.visibility() == QWindow::Minimized)
+        window.showNormal();
+    if (QGuiApplication::platformName() == "xcb") // elsewhere the desktop decides
+        window.raise();
+    window.requestActivate();
+    qunsetenv(kToken);
+}
+
 } // namespace
 
 // In the order in which they need each other.
@@ -130,6 +145,9 @@ struct WindowShell::Parts {
     qt::QtTextMeasurer measurer;
     std::future<void> fonts = readFonts();
     std::optional<qt::Scene> scene{std::in_place};
+    Application* running = nullptr;
+    qt::RequestHandler handler;
+    std::optional<qt::DesktopService> service;
 };
 
 std::optional<std::string> WindowShell::whyNoWindow()
@@ -145,11 +163,21 @@ WindowShell::WindowShell(int endDescriptor)
     if (isSoftware())
         QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     parts_ = std::make_unique<Parts>(endDescriptor);
+    parts_->handler = [this](const OutsideRequest& request) { take(request); };
 }
 
 WindowShell::~WindowShell() = default;
 
-bool WindowShell::run(Application& application)
+void WindowShell::take(const OutsideRequest& request)
+{
+    auto* const window = parts_->scene ? parts_->scene->window() : nullptr;
+    if (!window || !parts_->running)
+        return;
+    perform(*parts_->running, request);
+    comeToFront(*window, request.activationToken);
+}
+
+bool WindowShell::run(Application& application, DesktopName name)
 {
     qt::Shell shell(parts_->appearance);
     shell.sync();
@@ -163,10 +191,18 @@ bool WindowShell::run(Application& application)
         // The bus can wait until there is something to see.
         QObject::connect(
             window, &QQuickWindow::frameSwapped, &parts_->appearance,
-            [this] { parts_->appearance.followDesktop(QDBusConnection::sessionBus()); },
+            [this, name] {
+                const auto bus = QDBusConnection::sessionBus();
+                parts_->appearance.followDesktop(bus);
+                if (name == DesktopName::Own)
+                    parts_->service.emplace(bus, parts_->handler);
+            },
             static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
         const qt::ApplicationLife life(application, shell, *window);
+        parts_->running = &application;
         QGuiApplication::exec();
+        parts_->running = nullptr;
+        parts_->service.reset();
         const auto bounds = platform::installed().device.screenBounds();
         qt::rememberWindowSize({bounds.width, bounds.height});
     }

@@ -7,6 +7,10 @@
 namespace tessel {
 
 class Application;
+struct OutsideRequest;
+
+/// Whether the window answers to the program's name on the session's bus.
+enum class DesktopName { None, Own };
 
 /// The whole application in a window of the desktop or the phone. Main thread only; one at a time.
 class WindowShell {
@@ -26,7 +30,11 @@ public:
 
     /// Shows a launched application until its window is closed; it then resigns active.
     /// @returns no when the parts of the window cannot be loaded, which Qt has told on standard error.
-    bool run(Application&);
+    bool run(Application&, DesktopName);
+
+    /// Has a running application do what the desktop asks, and the window come to the front. Nothing before `run` and
+    /// after its end.
+    void take(const OutsideRequest&);
 
 private:
     struct Parts;

@@ -23,7 +23,8 @@ TEST(CommandLineTest, SaysWhatIsWrong)
         const char* reason;
     } cases[] = {
         {{"--hom", "/a"}, "Unknown option: --hom (try --help)"},
-        {{"/a"}, "Unknown option: /a (try --help)"},
+        {{"--shortcut", "recent:x"}, "A shortcut is search, or recent:ID (try --help)"},
+        {{"--option", "delta"}, "An option of a test is KEY=VALUE (try --help)"},
         {{"--home"}, "--home needs a value (try --help)"},
         {{"--drive="}, "--drive needs a value (try --help)"},
         {{"--log-level", "loud"}, "No log level is called loud (try --help)"},

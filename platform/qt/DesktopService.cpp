@@ -1,0 +1,112 @@
+#include "platform/qt/DesktopService.h"
+
+#include <QUrl>
+
+namespace tessel::qt {
+
+namespace {
+
+constexpr const char* kName = "orvane.TesselDrive";
+constexpr const char* kApplicationPath = "/orvane/TesselDrive";
+constexpr const char* kFilesPath = "/org/freedesktop/FileManager1";
+
+std::string tokenIn(const QVariantMap& platformData)
+{
+    const auto token = platformData.value("activation-token").toString();
+    return (token.isEmpty() ? platformData.value("desktop-startup-id").toString() : token).toStdString();
+}
+
+/// A document's number as D-Bus may tell it: as a number, or in digits.
+std::optional<std::int64_t> numberIn(const QVariantList& parameter)
+{
+    bool isNumber = false;
+    const auto number = parameter.isEmpty() ? 0 : parameter.front().toULongLong(&isNumber);
+    return isNumber ? std::optional(static_cast<std::int64_t>(number)) : std::nullopt;
+}
+
+OutsideRequest requestFor(const QStringList& urls, const std::string& token)
+{
+    OutsideRequest request{.urls = {}, .shortcut = {}, .activationToken = token};
+    for (const auto& url : urls)
+        request.urls.push_back(url.toStdString());
+    return request;
+}
+
+/// File URLs alone, as the application's own.
+OutsideRequest filesRequest(const QStringList& uris, const QString& token, const std::string& mode)
+{
+    auto request = requestFor({}, token.toStdString());
+    for (const auto& uri : uris) {
+        const QUrl url(uri);
+        if (url.isLocalFile())
+            request.urls.push_back(applicationURLOf(uri.toStdString(), mode));
+    }
+    return request;
+}
+
+QStringList parentsOf(const QStringList& uris)
+{
+    QStringList parents;
+    for (const auto& uri : uris)
+        parents.append(
+            QUrl(uri).adjusted(QUrl::StripTrailingSlash | QUrl::RemoveFilename).toString(QUrl::FullyEncoded));
+    return parents;
+}
+
+} // namespace
+
+void ApplicationCalls::Activate(const QVariantMap& platformData)
+{
+    handler_(requestFor({}, tokenIn(platformData)));
+}
+
+void ApplicationCalls::Open(const QStringList& uris, const QVariantMap& platformData)
+{
+    handler_(requestFor(uris, tokenIn(platformData)));
+}
+
+void ApplicationCalls::ActivateAction(const QString& name, const QVariantList& parameter,
+                                      const QVariantMap& platformData)
+{
+    auto request = requestFor({}, tokenIn(platformData));
+    const auto number = numberIn(parameter);
+    if (name == "search")
+        request.shortcut = ShortcutItem{ShortcutItem::kSearch, {}};
+    else if (name == "recent" && number)
+        request.shortcut =
+            ShortcutItem{ShortcutItem::kRecentDocument, {{ShortcutItem::kDocumentIdentifierKey, *number}}};
+    handler_(request);
+}
+
+void FileManagerCalls::ShowFolders(const QStringList& uris, const QString& startupId)
+{
+    handler_(filesRequest(uris, startupId, {}));
+}
+
+void FileManagerCalls::ShowItems(const QStringList& uris, const QString& startupId)
+{
+    handler_(filesRequest(parentsOf(uris), startupId, {}));
+}
+
+void FileManagerCalls::ShowItemProperties(const QStringList& uris, const QString& startupId)
+{
+    handler_(filesRequest(uris, startupId, "details"));
+}
+
+DesktopService::DesktopService(QDBusConnection bus, const RequestHandler& handler) : bus_(std::move(bus))
+{
+    new ApplicationCalls(application_, handler); // belongs to its object, as the next one does
+    new FileManagerCalls(files_, handler);
+    bus_.registerObject(kApplicationPath, &application_);
+    bus_.registerObject(kFilesPath, &files_);
+    bus_.registerService(kName);
+}
+
+DesktopService::~DesktopService()
+{
+    bus_.unregisterService(kName);
+    bus_.unregisterObject(kApplicationPath);
+    bus_.unregisterObject(kFilesPath);
+}
+
+} // namespace tessel::qt

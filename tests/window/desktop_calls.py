@@ -1,0 +1,143 @@
+#!/usr/bin/python3
+"""Calls the program as the desktop does, over a session bus of its own: each method, two starts at once, and a thousand
+calls with arguments of any types, none of which may end it or make a second one.
+
+desktop_calls.py PROGRAM ends with 77 where what that takes is not installed, and with 1 after telling what was wrong.
+"""
+
+import os
+import pathlib
+import random
+import shutil
+import subprocess
+import sys
+import tempfile
+import time
+
+SKIPPED = 77
+PATIENCE = 20  # seconds
+INSIDE = "--inside"
+NAME = "orvane.TesselDrive"
+APPLICATION = ("/orvane/TesselDrive", "org.freedesktop.Application")
+FILES = ("/org/freedesktop/FileManager1", "org.freedesktop.FileManager1")
+METHODS = [(APPLICATION, "Activate"), (APPLICATION, "Open"), (APPLICATION, "ActivateAction"), (FILES, "ShowFolders"),
+           (FILES, "ShowItems"), (FILES, "ShowItemProperties")]
+
+try:
+    from gi.repository import Gio, GLib
+except ImportError as problem:
+    print(f"skipped: the bus cannot be used from Python ({problem})")
+    sys.exit(SKIPPED)
+
+
+def any_value(dice, depth=0):
+    kinds = ["s", "i", "t", "b", "d", "as", "o"] + (["a{sv}", "av"] if depth < 2 else [])
+    kind = dice.choice(kinds)
+    text = "".join(dice.choice("/%a\u00e9:?.~ \U0001f600") for _ in range(dice.choice([0, 3, 40, 5000])))
+    return {
+        "s": lambda: GLib.Variant("s", dice.choice([text, "file://" + text, "tesseldriveapp:/" + text, "search"])),
+        "i": lambda: GLib.Variant("i", dice.randint(-(2**31), 2**31 - 1)),
+        "t": lambda: GLib.Variant("t", dice.randint(0, 2**64 - 1)),
+        "b": lambda: GLib.Variant("b", True),
+        "d": lambda: GLib.Variant("d", float("nan")),
+        "as": lambda: GLib.Variant("as", [text] * dice.choice([0, 1, 50])),
+        "o": lambda: GLib.Variant("o", "/"),
+        "a{sv}": lambda: GLib.Variant("a{sv}", {text: any_value(dice, depth + 1), "activation-token": any_value(dice, 2)}),
+        "av": lambda: GLib.Variant("av", [any_value(dice, depth + 1)]),
+    }[kind]()
+
+
+class Desktop:
+    def __init__(self, program):
+        self.program = program
+        self.bus = Gio.bus_get_sync(Gio.BusType.SESSION)
+        self.log = pathlib.Path(os.environ["HOME"]) / "log"
+        self.running = []
+
+    def start(self, *arguments):
+        child = subprocess.Popen([self.program, "--log", str(self.log), "--log-private", *arguments])
+        self.running.append(child)
+        return child
+
+    def call(self, target, method, arguments):
+        path, interface = target
+        return self.bus.call_sync(NAME, path, interface, method, arguments, None, Gio.DBusCallFlags.NO_AUTO_START,
+                                  PATIENCE * 1000)
+
+    def soon(self, condition, what):
+        deadline = time.monotonic() + PATIENCE
+        while not condition():
+            if time.monotonic() > deadline:
+                sys.exit(f"in vain waited for {what}; the log:\n{self.log.read_text()[-3000:]}")
+            time.sleep(0.02)
+
+    def has_owner(self):
+        reply = self.bus.call_sync("org.freedesktop.DBus", "/", "org.freedesktop.DBus", "NameHasOwner",
+                                   GLib.Variant("(s)", (NAME,)), None, Gio.DBusCallFlags.NONE, -1)
+        return reply.unpack()[0]
+
+    def logged(self, text):
+        self.soon(lambda: text in self.log.read_text(), text)
+
+    def alive(self):
+        return [child for child in self.running if child.poll() is None]
+
+
+def walk(program):
+    desktop = Desktop(program)
+    for _ in range(2):
+        desktop.start()
+    desktop.soon(desktop.has_owner, "the program's name on the bus")
+    desktop.soon(lambda: len(desktop.alive()) == 1, "one of two starts to end")
+    drive = pathlib.Path(os.environ["XDG_DATA_HOME"]) / "tesseldrive/Mobile Documents/orvane~Quillbox"
+    plan = (drive / "Documents/Plan.txt").as_uri()
+    nothing = GLib.Variant("a{sv}", {}).unpack()
+
+    desktop.call(APPLICATION, "Activate", GLib.Variant("(a{sv})", (nothing,)))
+    desktop.call(APPLICATION, "Open", GLib.Variant("(asa{sv})", ([plan], nothing)))
+    desktop.logged("Plan.txt, options")
+    desktop.call(APPLICATION, "ActivateAction", GLib.Variant("(sava{sv})", ("search", [], nothing)))
+    desktop.logged("Pressa: Search")
+    desktop.call(FILES, "ShowItemProperties", GLib.Variant("(ass)", ([plan], "")))
+    desktop.logged("Plan.txt?mode=details, options")
+    desktop.call(FILES, "ShowItems", GLib.Variant("(ass)", ([plan], "")))
+    desktop.logged("orvane~Quillbox/Documents, options")
+    later = desktop.start(str(drive / "Welcome.txt"))
+    if later.wait(PATIENCE) != 0:
+        sys.exit("a second start did not hand over")
+    desktop.logged("Welcome.txt, options")
+
+    dice = random.Random(11)
+    refused = 0
+    for _ in range(1000):
+        target, method = dice.choice(METHODS)
+        arguments = GLib.Variant.new_tuple(*[any_value(dice) for _ in range(dice.randint(0, 4))])
+        try:
+            desktop.call(target, method, arguments)
+        except GLib.Error:
+            refused += 1
+    desktop.call(APPLICATION, "Activate", GLib.Variant("(a{sv})", (nothing,)))
+    if len(desktop.alive()) != 1 or refused < 500:
+        sys.exit(f"{len(desktop.alive())} programs run, and {refused} of 1000 calls were refused")
+    for child in desktop.alive():
+        child.terminate()
+        if child.wait(PATIENCE) != 0:
+            sys.exit("the program did not end well")
+
+
+def main():
+    if sys.argv[1] == INSIDE:
+        walk(sys.argv[2])
+        return 0
+    if not shutil.which("dbus-run-session"):
+        print("skipped: there is no dbus-run-session")
+        return SKIPPED
+    with tempfile.TemporaryDirectory() as folder:
+        environment = dict(os.environ, HOME=folder, XDG_DATA_HOME=folder + "/data", XDG_RUNTIME_DIR=folder,
+                           XDG_CACHE_HOME=folder + "/cache", XDG_CONFIG_HOME=folder + "/config",
+                           QT_QPA_PLATFORM="offscreen")
+        return subprocess.run(["dbus-run-session", "--", sys.executable, __file__, INSIDE, sys.argv[1]],
+                              env=environment, check=False).returncode
+
+
+sys.exit(main())
