@@ -44,6 +44,7 @@ TEST_F(WindowTest, ShowsWhatTheConsoleShows)
         for (const auto& line : console.send("screen").lines)
             if (line.starts_with("row: "))
                 expected["Documents"].push_back(spokenRow(line.substr(5)));
+        console.send("back"); // where the next start comes back to
         console.finish();
     }
     ASSERT_GT(expected["Documents"].size(), 10U);
