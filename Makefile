@@ -1,5 +1,5 @@
 # Every task of the project, one command each.
-.PHONY: run test stress lint bench sanitize packages release dev
+.PHONY: run test stress lint bench sanitize install package packages release dev
 
 run: release
 	build/release/tesseldrive --home build/example
@@ -22,6 +22,12 @@ bench: packages
 
 sanitize: packages
 	scripts/sanitize
+
+install: release
+	cmake --install build/release --prefix $(or $(PREFIX),/usr/local)
+
+package: packages
+	scripts/make-package
 
 packages:
 	@scripts/install-packages
