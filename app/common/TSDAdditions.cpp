@@ -42,6 +42,9 @@ URL tsd_URLByResolvingAlias(const URL& url)
 
 bool tsd_isDesktopOrDocumentsFolder(const URL& url)
 {
+    // Of thousands of items most need no look at the file system.
+    if (url.lastPathComponent() != "Documents" && url.lastPathComponent() != "Desktop")
+        return false;
     const auto& cloud = platform::installed().cloud;
     const auto container = cloud.containerForURL(url);
     const auto drive = cloud.defaultContainer();

@@ -25,9 +25,16 @@ bool isFolder(const URL& url)
 
 } // namespace
 
-MoveDestinations::MoveDestinations(std::vector<URL> items)
-    : items_(std::move(items)), haveFolder_(std::ranges::any_of(items_, isFolder))
+MoveDestinations::MoveDestinations(std::vector<URL> items) : items_(std::move(items))
 {
+}
+
+/// Asked only where that counts: it costs a look at each item.
+bool MoveDestinations::haveFolder() const
+{
+    if (!haveFolder_)
+        haveFolder_ = std::ranges::any_of(items_, isFolder);
+    return *haveFolder_;
 }
 
 bool MoveDestinations::isMoved(const URL& folder) const
@@ -40,7 +47,7 @@ bool MoveDestinations::accepts(const URL& folder) const
     const bool isThere = !items_.empty() && items_.front().deletingLastPathComponent() == folder;
     const auto container = platform::installed().cloud.containerForURL(folder);
     return !isThere && !isMoved(folder) && container && mayGetInto(*container) &&
-           (!haveFolder_ || takesFolders(folder));
+           (takesFolders(folder) || !haveFolder());
 }
 
 /// Items from outside the drive may get anywhere.
@@ -53,12 +60,12 @@ bool MoveDestinations::mayGetInto(const CloudContainer& container) const
 
 bool MoveDestinations::leadsOn(const URL& folder) const
 {
-    return !haveFolder_ || takesFolders(folder.appending("folder"));
+    return takesFolders(folder.appending("folder")) || !haveFolder();
 }
 
 bool MoveDestinations::reaches(const CloudContainer& library) const
 {
-    return mayGetInto(library) && (!haveFolder_ || takesFolders(library.documentsURL));
+    return mayGetInto(library) && (takesFolders(library.documentsURL) || !haveFolder());
 }
 
 // What a container says that nobody knows means no.

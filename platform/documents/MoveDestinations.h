@@ -31,9 +31,10 @@ public:
 
 private:
     [[nodiscard]] bool mayGetInto(const CloudContainer&) const;
+    [[nodiscard]] bool haveFolder() const;
 
     std::vector<URL> items_;
-    bool haveFolder_; ///< one of them is a folder, and no package
+    mutable std::optional<bool> haveFolder_; ///< one of them is a folder, and no package
 };
 
 } // namespace tessel

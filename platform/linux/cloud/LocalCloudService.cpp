@@ -157,7 +157,11 @@ std::shared_ptr<const CloudContainer> LocalCloudService::containerForURL(const U
 
 bool LocalCloudService::isContainerTopFolder(const URL& url) const
 {
-    if (places_.all().size() == 1)
+    // Of thousands of items most need no look at the file system.
+    const bool isCalledSo = std::any_of(places_.all().begin() + 1, places_.all().end(), [&](const auto& place) {
+        return place.realDocumentsURL.lastPathComponent() == url.lastPathComponent();
+    });
+    if (!isCalledSo)
         return false;
     const auto location = places_.withFolderResolved(url);
     return std::any_of(places_.all().begin() + 1, places_.all().end(),
