@@ -4,7 +4,12 @@
 #include "platform/qt/lists/ListActions.h"
 #include "platform/ui/NavigationController.h"
 
+#include <QGuiApplication>
+#include <QPointer>
+#include <QTimer>
+
 #include <algorithm>
+#include <iostream>
 #include <utility>
 
 namespace tessel::qt {
@@ -55,6 +60,10 @@ FolderList::FolderList(const std::shared_ptr<DocumentListController>& controller
     : RowListModel(parent), controller_(controller)
 {
     controller->rowsChanged = Listener{this};
+    controller->scrollTestBegan = [list = QPointer(this)](const ScrollTest& test) {
+        if (list)
+            list->beginScrollTest(test);
+    };
     sync();
 }
 
@@ -179,6 +188,30 @@ void FolderList::clearSelection()
     const auto controller = controller_.lock();
     if (controller && controller->editing())
         controller->setSelectedItemURLs({});
+}
+
+void FolderList::beginScrollTest(const ScrollTest& test)
+{
+    scrollTest_ = test.name;
+    DocumentListController::setListMode(test.mode);
+    // Once the other view is there, if it is one.
+    QTimer::singleShot(std::chrono::milliseconds(500), this, [this, test] {
+        emit scrollTestBegan(test.iterations > 0 ? test.iterations : 300, test.delta > 0 ? test.delta : 40);
+    });
+}
+
+void FolderList::endScrollTest(const QVariantList& milliseconds) const
+{
+    std::vector<double> times;
+    for (const auto& time : milliseconds)
+        times.push_back(time.toDouble());
+    std::sort(times.begin(), times.end());
+    const auto at = [&](double part) {
+        return times.empty() ? 0.0 : times[static_cast<std::size_t>(part * static_cast<double>(times.size() - 1))];
+    };
+    std::cout << scrollTest_ << ": " << times.size() << " frames, median " << at(0.5) << " ms, 95th percentile "
+              << at(0.95) << " ms, longest " << at(1) << " ms" << std::endl;
+    QGuiApplication::quit();
 }
 
 int FolderList::takeStartRow()

@@ -88,6 +88,9 @@ public:
     /// The row with which a complete list is to begin when it is seen for the first time; else 0.
     Q_INVOKABLE int takeStartRow();
 
+    /// The frames of a scroll test, in milliseconds: told on standard output, and the program ends.
+    Q_INVOKABLE void endScrollTest(const QVariantList& milliseconds) const;
+
     Q_INVOKABLE void retry();
     /// The search field has the keyboard, or has it no more.
     Q_INVOKABLE void searchFieldFocused(bool);
@@ -107,6 +110,8 @@ signals:
     void thumbnailsChanged();
     void searchingChanged();
     void searchFocusedChanged();
+    /// The program wants to know how the list scrolls: so many frames, by so many points each.
+    void scrollTestBegan(int frames, int delta);
 
 protected:
     [[nodiscard]] std::size_t rowsNow() const override;
@@ -119,6 +124,7 @@ private:
     void syncState();
     void syncSearch();
     void tellVisibleRows();
+    void beginScrollTest(const ScrollTest&);
     [[nodiscard]] std::optional<tessel::URL> folderForDrop(const std::vector<tessel::URL>&, int row) const;
 
     std::weak_ptr<DocumentListController> controller_;
@@ -134,6 +140,7 @@ private:
     bool searchFocused_ = false;
     QString searchText_;
     SearchList* results_ = nullptr;
+    std::string scrollTest_; ///< the name of the one that runs
 };
 
 } // namespace tessel::qt

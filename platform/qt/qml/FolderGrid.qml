@@ -71,6 +71,10 @@ GridView {
         view: grid
     }
 
+    ScrollTest {
+        view: grid
+    }
+
     WheelScroll {
         view: grid
     }

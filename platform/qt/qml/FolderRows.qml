@@ -84,6 +84,10 @@ ListView {
         view: rows
     }
 
+    ScrollTest {
+        view: rows
+    }
+
     WheelScroll {
         view: rows
     }
