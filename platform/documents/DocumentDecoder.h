@@ -11,6 +11,8 @@
 
 namespace tessel {
 
+class MediaPlayer;
+
 /// How a document can be shown.
 enum class ContentKind {
     None, ///< not at all: nothing here reads it
@@ -30,6 +32,7 @@ enum class ContentProblem {
     TooSlow,  ///< not done within the limit of time
     Gone,
     NotReadable, ///< the user may not, or the device cannot
+    NotPlayable, ///< what plays it has ended, or does not answer
 };
 
 /// What is known of a document's content before any of it is shown.
@@ -53,7 +56,7 @@ struct ContentPicture {
     bool isOpaque = false;     ///< no pixel lets anything shine through
 };
 
-/// Reads documents that may be damaged or hostile: in another process, with limits of time, memory and pixels. What
+/// Reads and plays documents that may be damaged or hostile: in another process, with limits of time, memory and pixels. What
 /// becomes of that process never hurts this one. Only documents whose content is on the device.
 class DocumentDecoder {
 public:
@@ -80,6 +83,8 @@ public:
     virtual Ticket paint(const PictureWish&, PictureHandler) = 0;
     /// The handler is called no more, unless it is being called already. Work that nobody waits for ends.
     virtual void cancel(Ticket) = 0;
+    /// Opens sound or a film, to be played. Main thread only. @returns null where nothing plays it
+    [[nodiscard]] virtual std::shared_ptr<MediaPlayer> openPlayer(const URL&) { return nullptr; }
 };
 
 } // namespace tessel

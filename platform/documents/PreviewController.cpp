@@ -32,6 +32,8 @@ std::string_view sentenceFor(ContentProblem problem)
         return "The document is not there any more.";
     case ContentProblem::NotReadable:
         return "The document can’t be read.";
+    case ContentProblem::NotPlayable:
+        return "The document can’t be played.";
     }
     return "";
 }

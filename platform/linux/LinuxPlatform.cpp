@@ -48,7 +48,8 @@ struct LinuxPlatform::Parts {
           apps(options.desktop ? *options.desktop : DesktopFolders::ofUser(), locale,
                {mainQueue, log, clock, text, types, coordination}),
           sharing(options.desktop ? *options.desktop : DesktopFolders::ofUser(), apps, log),
-          decoder({mainQueue, log, types}, {.program = options.decoder.empty() ? decoderProgram() : options.decoder})
+          decoder({mainQueue, log, types}, {.program = options.decoder.empty() ? decoderProgram() : options.decoder,
+                                            .player = options.player.empty() ? playerProgram() : options.player})
     {
         device.sharing = sharing.sharing();
         if (isRightToLeft(locale))

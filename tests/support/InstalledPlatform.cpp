@@ -54,8 +54,8 @@ void InstalledPlatform::install(const URL& home, std::optional<std::string> boun
                                     .data = {desktop.url("data").path()},
                                     .programs = {desktop.url("bin").path()},
                                     .desktops = {}};
-    auto platform =
-        LinuxPlatform::create({home.path(), std::move(boundDrive), &clock, "en", folders, TESSELDRIVE_DECODER});
+    auto platform = LinuxPlatform::create(
+        {home.path(), std::move(boundDrive), &clock, "en", folders, TESSELDRIVE_DECODER, TESSELDRIVE_PLAYER});
     check(platform ? std::nullopt : std::optional(platform.error()));
     platform_ = std::move(platform.value());
     services().mainQueue.setWakeHandler([this] {

@@ -1,16 +1,13 @@
 #include "platform/linux/decoding/DecoderProcess.h"
 
-#include "platform/linux/apps/StartProgram.h"
 #include "platform/linux/decoding/DecoderChannel.h"
+#include "platform/linux/decoding/HelperProgram.h"
 #include "platform/linux/files/Uninterrupted.h"
 
 #include <poll.h>
 #include <sys/eventfd.h>
-#include <sys/socket.h>
-#include <sys/wait.h>
 
 #include <algorithm>
-#include <csignal>
 #include <limits>
 #include <utility>
 
@@ -24,19 +21,12 @@ constexpr auto kStartLimit = std::chrono::seconds(10);
 
 std::unique_ptr<DecoderProcess> DecoderProcess::start(const std::string& program)
 {
-    int ends[2];
-    if (::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) != 0)
-        return nullptr;
-    FileDescriptor ours(ends[0]);
-    FileDescriptor theirs(ends[1]);
     FileDescriptor wake(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
-    ProgramStart start = {.path = program, .arguments = {program}, .workingFolder = "/", .activationToken = {}};
-    start.channel = theirs.get();
-    pid_t child = -1;
-    if (!wake.isOpen() || startProgram(start, child) != 0)
+    auto helper = wake.isOpen() ? startHelper(program) : std::nullopt;
+    if (!helper)
         return nullptr;
-    theirs = {}; // so that its end is seen
-    return std::unique_ptr<DecoderProcess>(new DecoderProcess(child, std::move(ours), std::move(wake)));
+    return std::unique_ptr<DecoderProcess>(
+        new DecoderProcess(helper->process, std::move(helper->socket), std::move(wake)));
 }
 
 DecoderProcess::DecoderProcess(pid_t child, FileDescriptor socket, FileDescriptor wake)
@@ -110,12 +100,7 @@ bool DecoderProcess::isReadableUntil(Time deadline)
 int DecoderProcess::kill()
 {
     const auto child = std::exchange(child_, -1);
-    if (child < 0)
-        return 0;
-    int status = 0;
-    ::kill(child, SIGKILL);
-    (void)uninterrupted([&] { return ::waitpid(child, &status, 0); });
-    return status;
+    return child < 0 ? 0 : endHelper(child);
 }
 
 } // namespace tessel

@@ -12,7 +12,7 @@
 
 namespace tessel {
 
-OpenedDocument openForDecoding(const URL& url)
+OpenedFile openForDecoding(const URL& url)
 {
     FileDescriptor file(
         uninterrupted([&] { return ::open(url.path().c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));

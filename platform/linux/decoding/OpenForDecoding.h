@@ -9,13 +9,13 @@
 namespace tessel {
 
 /// A document that is open for reading, or why it is not.
-struct OpenedDocument {
+struct OpenedFile {
     FileDescriptor file;
     std::optional<ContentProblem> problem;
 };
 
 /// Opens a regular file with content; links are followed. Never waits for another program, as opening a pipe would.
-[[nodiscard]] OpenedDocument openForDecoding(const URL&);
+[[nodiscard]] OpenedFile openForDecoding(const URL&);
 
 /// Whether the first kilobytes could be those of a text: without zero characters, and not the beginning of a PDF
 /// document.

@@ -59,6 +59,11 @@ ContentProblem problemOf(const Outcome& outcome)
     return isOutOfTime ? ContentProblem::TooSlow : isOutOfMemory ? ContentProblem::TooLarge : ContentProblem::Damaged;
 }
 
+bool isMedia(ContentKind kind)
+{
+    return kind == ContentKind::Audio || kind == ContentKind::Video;
+}
+
 } // namespace
 
 struct ProcessDecoder::Job {
@@ -78,6 +83,7 @@ struct ProcessDecoder::Job {
 
 ProcessDecoder::ProcessDecoder(const Services& services, Options options)
     : services_(services), options_(std::move(options)), self_(std::make_shared<ProcessDecoder*>(this)),
+      players_({services.mainQueue, services.log}, {options_.player, options_.timeLimit}),
       workers_("documents", QualityOfService::UserInitiated, kMostPrograms)
 {
 }
@@ -118,6 +124,11 @@ void ProcessDecoder::cancel(Ticket ticket)
     const std::lock_guard lock(mutex_);
     if (job && job->process)
         job->process->endBy(std::chrono::steady_clock::now() + kGrace);
+}
+
+std::shared_ptr<MediaPlayer> ProcessDecoder::openPlayer(const URL& url)
+{
+    return players_.open(url);
 }
 
 std::shared_ptr<ProcessDecoder::Job> ProcessDecoder::take(Ticket ticket)
@@ -164,11 +175,14 @@ ContentFacts ProcessDecoder::factsOf(Job& job)
     const auto kind = kindByName(job.url);
     if (document.problem)
         return {.kind = kind, .problem = document.problem, .size = {}};
-    if (kind == ContentKind::Text && beginsLikeText(document.file))
-        return {.kind = kind, .problem = {}, .size = {}};
+    if ((kind == ContentKind::Text && beginsLikeText(document.file)) || isMedia(kind))
+        return {.kind = playable(kind), .problem = {}, .size = {}};
     const auto outcome = decode(job, document.file);
-    if (outcome.kind == Outcome::Kind::Answered)
-        return receivedFacts(outcome.answer);
+    if (outcome.kind == Outcome::Kind::Answered) {
+        auto facts = receivedFacts(outcome.answer);
+        facts.kind = playable(facts.kind);
+        return facts;
+    }
     if (outcome.kind == Outcome::Kind::NotStarted)
         return {};
     return {.kind = kind, .problem = problemOf(outcome), .size = {}};
@@ -282,6 +296,12 @@ void ProcessDecoder::logEnd(const Job& job, const Outcome& outcome) const
                             outcome.status, job.url);
 }
 
+/// Where nothing plays, sound and films are none of the kinds.
+ContentKind ProcessDecoder::playable(ContentKind kind) const
+{
+    return isMedia(kind) && !players_.canPlay() ? ContentKind::None : kind;
+}
+
 ContentKind ProcessDecoder::kindByName(const URL& url) const
 {
     const auto type = services_.types.identifierForFileName(url.lastPathComponent());
@@ -289,6 +309,8 @@ ContentKind ProcessDecoder::kindByName(const URL& url) const
     return isA("public.image")    ? ContentKind::Image
            : isA("com.adobe.pdf") ? ContentKind::Pages
            : isA("public.text")   ? ContentKind::Text
+           : isA("public.movie")  ? ContentKind::Video
+           : isA("public.audio")  ? ContentKind::Audio
                                   : ContentKind::None;
 }
 

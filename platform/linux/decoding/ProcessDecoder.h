@@ -2,6 +2,7 @@
 
 #include "platform/documents/DocumentDecoder.h"
 #include "platform/linux/decoding/DecoderProcess.h"
+#include "platform/linux/playing/PlayerProcesses.h"
 #include "platform/run/OperationQueue.h"
 
 #include <chrono>
@@ -32,6 +33,7 @@ public:
         std::string program; ///< where it cannot be started, only texts are known
         std::chrono::milliseconds timeLimit = std::chrono::seconds(10); ///< for one wish, once a process works on it
         double idleSeconds = 30;                                        ///< by the platform's clock
+        std::string player = {};                                        ///< where it cannot be started, nothing plays
     };
 
     ProcessDecoder(const Services&, Options);
@@ -41,6 +43,7 @@ public:
     Ticket inspect(const URL&, FactsHandler) override;
     Ticket paint(const PictureWish&, PictureHandler) override;
     void cancel(Ticket) override;
+    [[nodiscard]] std::shared_ptr<MediaPlayer> openPlayer(const URL&) override;
 
 private:
     struct Job;
@@ -62,6 +65,7 @@ private:
     void endIdleLater();
     [[nodiscard]] bool isWanted(const Job&) const;
     void logEnd(const Job&, const DecoderProcess::Outcome&) const;
+    [[nodiscard]] ContentKind playable(ContentKind) const;
     [[nodiscard]] ContentKind kindByName(const URL&) const;
 
     const Services services_;
@@ -73,7 +77,8 @@ private:
     std::map<Ticket, std::shared_ptr<Job>> jobs_; ///< All that are wanted.
     std::vector<Idle> idle_;
     const std::shared_ptr<ProcessDecoder*> self_; ///< Known weakly to tasks of the main queue.
-    OperationQueue workers_;                      ///< Ends first: its operations use all else.
+    PlayerProcesses players_;
+    OperationQueue workers_; ///< Ends first: its operations use all else.
 };
 
 } // namespace tessel

@@ -71,7 +71,7 @@ ContentFacts receivedFacts(const DecoderAnswer& answer)
 
 std::optional<ContentProblem> receivedProblem(const DecoderAnswer& answer)
 {
-    if (answer.problem < 1 || answer.problem > static_cast<std::int32_t>(ContentProblem::NotReadable) + 1)
+    if (answer.problem < 1 || answer.problem > static_cast<std::int32_t>(ContentProblem::NotPlayable) + 1)
         return std::nullopt;
     return static_cast<ContentProblem>(answer.problem - 1);
 }

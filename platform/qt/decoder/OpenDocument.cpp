@@ -3,6 +3,7 @@
 #include "platform/linux/decoding/DecoderMessages.h"
 #include "platform/qt/decoder/DrawingDocument.h"
 #include "platform/qt/decoder/ImageDocument.h"
+#include "platform/qt/decoder/MediaDocument.h"
 #include "platform/qt/decoder/PagesDocument.h"
 #include "platform/qt/decoder/TextDocument.h"
 
@@ -51,6 +52,10 @@ std::unique_ptr<OpenDocument> openDocument(std::unique_ptr<QFile> file, const QS
         return std::make_unique<PagesDocument>(std::move(file));
     if (type.inherits("text/plain") && !head.contains('\0'))
         return std::make_unique<TextDocument>();
+    if (type.name().startsWith("audio/"))
+        return std::make_unique<MediaDocument>(ContentKind::Audio);
+    if (type.name().startsWith("video/"))
+        return std::make_unique<MediaDocument>(ContentKind::Video);
     return nullptr;
 }
 
