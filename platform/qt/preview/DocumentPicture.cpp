@@ -1,6 +1,7 @@
 #include "platform/qt/preview/DocumentPicture.h"
 
 #include "platform/base/Platform.h"
+#include "platform/qt/preview/ImageOfPicture.h"
 
 #include <QQuickWindow>
 #include <QSGImageNode>
@@ -20,18 +21,6 @@ constexpr int kShortestFrame = 20;      // milliseconds
 constexpr int kUsualFrame = 100;        // milliseconds, of frames that name no time
 constexpr int kMostPixels = 4096;       // along one side
 constexpr double kWorthPainting = 1.02; // how much larger than the whole was painted
-
-QImage imageOf(const ContentPicture& picture)
-{
-    auto* const pixels = new std::shared_ptr<const std::byte>(picture.pixels);
-    return {reinterpret_cast<const uchar*>(pixels->get()),
-            picture.width,
-            picture.height,
-            picture.stride,
-            QImage::Format_ARGB32_Premultiplied,
-            [](void* owner) { delete static_cast<std::shared_ptr<const std::byte>*>(owner); },
-            pixels};
-}
 
 Rect rectOf(const QRectF& rect)
 {

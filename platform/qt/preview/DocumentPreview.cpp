@@ -22,6 +22,10 @@ DocumentPreview::Kind kindOf(ContentKind kind)
         return DocumentPreview::Image;
     case ContentKind::Pages:
         return DocumentPreview::Pages;
+    case ContentKind::Audio:
+        return DocumentPreview::Audio;
+    case ContentKind::Video:
+        return DocumentPreview::Video;
     default:
         return DocumentPreview::Nothing;
     }
@@ -92,6 +96,12 @@ void DocumentPreview::pictureHasProblem(int index, ContentProblem problem)
     const auto controller = controller_.lock();
     const bool isWhole = problem == ContentProblem::Gone || kind_ == Image;
     if (controller && isWhole && index < count_)
+        controller->contentHasProblem(problem);
+}
+
+void DocumentPreview::playerHasProblem(ContentProblem problem)
+{
+    if (const auto controller = controller_.lock())
         controller->contentHasProblem(problem);
 }
 

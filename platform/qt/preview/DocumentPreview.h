@@ -40,7 +40,7 @@ public:
     enum State { Looking, Downloading, Cancelled, Shown, Failed };
     Q_ENUM(State)
     /// What content is shown.
-    enum Kind { Nothing, Text, Image, Pages };
+    enum Kind { Nothing, Text, Image, Pages, Audio, Video };
     Q_ENUM(Kind)
 
     explicit DocumentPreview(const std::shared_ptr<PreviewController>&, QObject* parent = nullptr);
@@ -51,6 +51,7 @@ public:
     [[nodiscard]] TextRowList* rows() const { return rows_; }
     [[nodiscard]] const std::optional<URL>& url() const { return url_; }
     [[nodiscard]] Kind kind() const { return kind_; }
+    [[nodiscard]] bool isMedia() const { return kind_ == Audio || kind_ == Video; }
     /// Of an image in pixels, of the first page in points.
     [[nodiscard]] const QSizeF& size() const { return size_; }
     /// Of frames or pages.
@@ -66,6 +67,8 @@ public:
 
     /// A picture of the document could not be painted.
     void pictureHasProblem(int index, ContentProblem);
+    /// It could not be played.
+    void playerHasProblem(ContentProblem);
 
 signals:
     void changed();

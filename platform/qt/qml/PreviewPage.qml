@@ -14,6 +14,15 @@ FocusScope {
     focus: true
     clip: true
 
+    function sourceFor(kind) {
+        switch (kind) {
+        case DocumentPreview.Text: return "PreviewText.qml"
+        case DocumentPreview.Image: return "PreviewImage.qml"
+        case DocumentPreview.Pages: return "PreviewPages.qml"
+        }
+        return "PreviewMedia.qml"
+    }
+
     function handle(event) {
         if (content.item?.handle)
             event.accepted = content.item.handle(event)
@@ -24,7 +33,7 @@ FocusScope {
 
         anchors.fill: parent
         active: previewPage.showsContent
-        source: !previewPage.showsContent ? "" : previewPage.preview.kind === DocumentPreview.Text ? "PreviewText.qml" : previewPage.preview.kind === DocumentPreview.Image ? "PreviewImage.qml" : "PreviewPages.qml"
+        source: previewPage.showsContent ? previewPage.sourceFor(previewPage.preview.kind) : ""
         onLoaded: item.preview = Qt.binding(() => previewPage.preview)
 
         Binding {
