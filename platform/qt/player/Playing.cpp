@@ -16,7 +16,8 @@ namespace tessel::qt {
 
 namespace {
 
-constexpr int kTick = 200; // milliseconds
+constexpr int kTick = 200;         // milliseconds
+constexpr int kFirstPicture = 300; // milliseconds
 constexpr int kLargestSide = 4096;
 constexpr double kMillisecondsPerSecond = 1000;
 
@@ -46,6 +47,7 @@ Playing::Playing(int socket) : socket_(socket), notifier_(socket, QSocketNotifie
 void Playing::makePlayer()
 {
     player_ = std::make_unique<QMediaPlayer>();
+    hasPicture_ = false;
     player_->setAudioOutput(output_.get());
     player_->setVideoSink(&sink_);
     auto* const player = player_.get();
@@ -137,6 +139,10 @@ void Playing::loaded()
         seek(*std::exchange(target_, std::nullopt));
     if (isPlayWanted_)
         play();
+    QTimer::singleShot(kFirstPicture, player_.get(), [this] {
+        if (hasVideo_ && !hasPicture_ && !isPlayWanted_)
+            player_->setPosition(player_->position()); // Qt sometimes shows none at first
+    });
     tell();
 }
 
@@ -222,6 +228,7 @@ void Playing::takeFrame(const QVideoFrame& frame)
     if (!frame.isValid())
         return;
     frame_ = frame;
+    hasPicture_ = true;
     sendPicture();
 }
 

@@ -61,7 +61,8 @@ private:
     bool isOpen_ = false; ///< has been loaded once
     bool isLoaded_ = false;
     bool hasVideo_ = false;
-    qint64 duration_ = 0; ///< in milliseconds, as all times here
+    bool hasPicture_ = false; ///< one came since it was loaded
+    qint64 duration_ = 0;     ///< in milliseconds, as all times here
     bool isPlayWanted_ = false;
     bool hasEnded_ = false;
     std::optional<qint64> target_; ///< where to go as soon as the player can
