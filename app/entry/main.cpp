@@ -4,6 +4,7 @@
 #include "app/entry/Gallery.h"
 #include "files/FileUtils.h"
 #include "platform/base/URLComponents.h"
+#include "platform/cloud/CloudService.h"
 #include "platform/console/ConsoleShell.h"
 #include "platform/linux/LinuxPlatform.h"
 #include "platform/linux/StartFolders.h"
@@ -12,6 +13,7 @@
 #include "platform/linux/log/DefaultLogSink.h"
 #include "platform/linux/run/EndSignals.h"
 #include "platform/linux/run/TerminalLineSource.h"
+#include "platform/linux/search/DriveSearch.h"
 #include "platform/log/StreamSink.h"
 #include "platform/qt/WindowShell.h"
 #include "platform/run/MainQueue.h"
@@ -83,6 +85,21 @@ void runInConsole(Application& application, const CommandLine& options)
     ConsoleShell(application, input, std::cout, consoleOptions(options, input)).run();
 }
 
+/// The index of the drive for the desktop's search, kept in the user's own home.
+std::unique_ptr<DriveSearch> makeSearch()
+{
+    const auto home = homeFolder({});
+    const auto& services = platform::installed();
+    std::vector<URL> roots;
+    if (const auto drive = services.cloud.defaultContainer())
+        roots.push_back(drive->documentsURL);
+    for (const auto& library : services.cloud.libraries())
+        roots.push_back(library->documentsURL);
+    return home ? std::make_unique<DriveSearch>(home->appending("search.sqlite"), roots,
+                                                DriveSearch::Services{services.mainQueue, services.log, services.types})
+                : nullptr;
+}
+
 /// @param instance takes what later starts are asked for; may be null
 bool runInWindow(Application& application, const CommandLine& options, std::unique_ptr<SingleInstance> instance)
 {
@@ -100,7 +117,8 @@ bool runInWindow(Application& application, const CommandLine& options, std::uniq
             });
         });
     const bool ownsName = instance && options.home.empty() && !options.drive;
-    const bool ran = shell->run(application, ownsName ? DesktopName::Own : DesktopName::None);
+    const auto search = ownsName ? makeSearch() : nullptr;
+    const bool ran = shell->run(application, {.ownsName = ownsName, .search = search.get()});
     instance.reset();
     return ran;
 }

@@ -1,5 +1,7 @@
 #include "platform/qt/DesktopService.h"
 
+#include "platform/qt/SearchCalls.h"
+
 #include <QUrl>
 
 namespace tessel::qt {
@@ -8,6 +10,7 @@ namespace {
 
 constexpr const char* kName = "orvane.TesselDrive";
 constexpr const char* kApplicationPath = "/orvane/TesselDrive";
+constexpr const char* kSearchPath = "/orvane/TesselDrive/SearchProvider";
 constexpr const char* kFilesPath = "/org/freedesktop/FileManager1";
 
 std::string tokenIn(const QVariantMap& platformData)
@@ -93,12 +96,17 @@ void FileManagerCalls::ShowItemProperties(const QStringList& uris, const QString
     handler_(filesRequest(uris, startupId, "details"));
 }
 
-DesktopService::DesktopService(QDBusConnection bus, const RequestHandler& handler) : bus_(std::move(bus))
+DesktopService::DesktopService(QDBusConnection bus, const RequestHandler& handler, SystemSearch* search)
+    : bus_(std::move(bus))
 {
     new ApplicationCalls(application_, handler); // belongs to its object, as the next one does
     new FileManagerCalls(files_, handler);
     bus_.registerObject(kApplicationPath, &application_);
     bus_.registerObject(kFilesPath, &files_);
+    if (search) {
+        new SearchCalls(search_, bus_, *search, handler);
+        bus_.registerObject(kSearchPath, &search_);
+    }
     bus_.registerService(kName);
 }
 
@@ -107,6 +115,7 @@ DesktopService::~DesktopService()
     bus_.unregisterService(kName);
     bus_.unregisterObject(kApplicationPath);
     bus_.unregisterObject(kFilesPath);
+    bus_.unregisterObject(kSearchPath);
 }
 
 } // namespace tessel::qt

@@ -8,6 +8,10 @@
 
 #include <functional>
 
+namespace tessel {
+class SystemSearch;
+} // namespace tessel
+
 namespace tessel::qt {
 
 using RequestHandler = std::function<void(const OutsideRequest&)>;
@@ -55,7 +59,8 @@ private:
 class DesktopService {
 public:
     /// @param handler outlives this
-    DesktopService(QDBusConnection bus, const RequestHandler& handler);
+    /// @param search likewise; null: the desktop's search gets no answers
+    DesktopService(QDBusConnection bus, const RequestHandler& handler, SystemSearch* search);
     ~DesktopService();
     DesktopService(const DesktopService&) = delete;
     DesktopService& operator=(const DesktopService&) = delete;
@@ -64,6 +69,7 @@ private:
     QDBusConnection bus_;
     QObject application_;
     QObject files_;
+    QObject search_;
 };
 
 } // namespace tessel::qt

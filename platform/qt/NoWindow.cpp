@@ -15,7 +15,7 @@ WindowShell::WindowShell(int /*endDescriptor*/)
 
 WindowShell::~WindowShell() = default;
 
-bool WindowShell::run(Application& /*application*/, DesktopName /*name*/)
+bool WindowShell::run(Application& /*application*/, const DesktopRole& /*role*/)
 {
     return false;
 }

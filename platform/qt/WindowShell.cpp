@@ -177,7 +177,7 @@ void WindowShell::take(const OutsideRequest& request)
     comeToFront(*window, request.activationToken);
 }
 
-bool WindowShell::run(Application& application, DesktopName name)
+bool WindowShell::run(Application& application, const DesktopRole& role)
 {
     qt::Shell shell(parts_->appearance);
     shell.sync();
@@ -191,11 +191,11 @@ bool WindowShell::run(Application& application, DesktopName name)
         // The bus can wait until there is something to see.
         QObject::connect(
             window, &QQuickWindow::frameSwapped, &parts_->appearance,
-            [this, name] {
+            [this, role] {
                 const auto bus = QDBusConnection::sessionBus();
                 parts_->appearance.followDesktop(bus);
-                if (name == DesktopName::Own)
-                    parts_->service.emplace(bus, parts_->handler);
+                if (role.ownsName)
+                    parts_->service.emplace(bus, parts_->handler, role.search);
             },
             static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
         const qt::ApplicationLife life(application, shell, *window);

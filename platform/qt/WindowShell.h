@@ -7,10 +7,14 @@
 namespace tessel {
 
 class Application;
+class SystemSearch;
 struct OutsideRequest;
 
-/// Whether the window answers to the program's name on the session's bus.
-enum class DesktopName { None, Own };
+/// What the window is for the desktop.
+struct DesktopRole {
+    bool ownsName = false;          ///< it answers to the program's name on the session's bus
+    SystemSearch* search = nullptr; ///< answers the desktop's search; outlives the shell's run
+};
 
 /// The whole application in a window of the desktop or the phone. Main thread only; one at a time.
 class WindowShell {
@@ -30,7 +34,7 @@ public:
 
     /// Shows a launched application until its window is closed; it then resigns active.
     /// @returns no when the parts of the window cannot be loaded, which Qt has told on standard error.
-    bool run(Application&, DesktopName);
+    bool run(Application&, const DesktopRole&);
 
     /// Has a running application do what the desktop asks, and the window come to the front. Nothing before `run` and
     /// after its end.

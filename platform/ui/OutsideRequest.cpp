@@ -21,6 +21,8 @@ void perform(Application& application, const OutsideRequest& request)
 {
     if (request.shortcut)
         application.performShortcut(*request.shortcut);
+    if (request.activity)
+        application.continueActivity(*request.activity);
     for (const auto& url : request.urls)
         application.openURL(applicationURLOf(url));
 }

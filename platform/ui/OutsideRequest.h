@@ -12,7 +12,8 @@ namespace tessel {
 struct OutsideRequest {
     std::vector<std::string> urls; ///< of the application's scheme, or of files; the last that can be shown is
     std::optional<ShortcutItem> shortcut;
-    std::string activationToken; ///< by which the desktop lets the window come to the front; may be empty
+    std::optional<UserActivity> activity = {}; ///< to be continued
+    std::string activationToken;               ///< by which the desktop lets the window come to the front; may be empty
 };
 
 /// The application's own URL for a file; `mode` as its query has it, empty for none.

@@ -20,7 +20,9 @@ INSIDE = "--inside"
 NAME = "orvane.TesselDrive"
 APPLICATION = ("/orvane/TesselDrive", "org.freedesktop.Application")
 FILES = ("/org/freedesktop/FileManager1", "org.freedesktop.FileManager1")
-METHODS = [(APPLICATION, "Activate"), (APPLICATION, "Open"), (APPLICATION, "ActivateAction"), (FILES, "ShowFolders"),
+SEARCH = ("/orvane/TesselDrive/SearchProvider", "org.gnome.Shell.SearchProvider2")
+METHODS = [(SEARCH, "GetInitialResultSet"), (SEARCH, "GetSubsearchResultSet"), (SEARCH, "GetResultMetas"),
+           (SEARCH, "ActivateResult"), (SEARCH, "LaunchSearch"), (APPLICATION, "Activate"), (APPLICATION, "Open"), (APPLICATION, "ActivateAction"), (FILES, "ShowFolders"),
            (FILES, "ShowItems"), (FILES, "ShowItemProperties")]
 
 try:
@@ -85,6 +87,14 @@ class Desktop:
 
 def walk(program):
     desktop = Desktop(program)
+    try:
+        use(desktop)
+    finally:
+        for child in desktop.alive():
+            child.kill()
+
+
+def use(desktop):
     for _ in range(2):
         desktop.start()
     desktop.soon(desktop.has_owner, "the program's name on the bus")
@@ -102,6 +112,17 @@ def walk(program):
     desktop.logged("Plan.txt?mode=details, options")
     desktop.call(FILES, "ShowItems", GLib.Variant("(ass)", ([plan], "")))
     desktop.logged("orvane~Quillbox/Documents, options")
+    found = []
+    desktop.soon(lambda: found or found.extend(
+        desktop.call(SEARCH, "GetInitialResultSet", GLib.Variant("(as)", (["pla"],))).unpack()[0]), "what is searched for")
+    metas = desktop.call(SEARCH, "GetResultMetas", GLib.Variant("(as)", (found,))).unpack()[0]
+    plans = [meta["id"] for meta in metas if meta["name"] == "Plan.txt"]
+    if len(metas) != len(found) or not plans:
+        sys.exit(f"the search has found {metas}")
+    desktop.call(SEARCH, "ActivateResult", GLib.Variant("(sasu)", (plans[0], ["pla"], 0)))
+    desktop.logged("Seekindex documentID")
+    desktop.call(SEARCH, "LaunchSearch", GLib.Variant("(asu)", (["report"], 0)))
+    desktop.logged('Seekindex Search Continuation: "report"')
     later = desktop.start(str(drive / "Welcome.txt"))
     if later.wait(PATIENCE) != 0:
         sys.exit("a second start did not hand over")
