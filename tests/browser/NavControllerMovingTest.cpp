@@ -14,7 +14,6 @@ namespace tessel {
 namespace {
 
 using testing::AllOf;
-using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsSupersetOf;

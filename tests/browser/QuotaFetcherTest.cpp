@@ -18,7 +18,6 @@ namespace {
 
 using testing::Contains;
 using testing::EndsWith;
-using testing::HasSubstr;
 using testing::Not;
 
 /// A quota service that notes when it is asked, and an offer that a test makes.
