@@ -56,8 +56,8 @@ struct ContentPicture {
     bool isOpaque = false;     ///< no pixel lets anything shine through
 };
 
-/// Reads and plays documents that may be damaged or hostile: in another process, with limits of time, memory and pixels. What
-/// becomes of that process never hurts this one. Only documents whose content is on the device.
+/// Reads and plays documents that may be damaged or hostile: in another process, with limits of time, memory and
+/// pixels. What becomes of that process never hurts this one. Only documents whose content is on the device.
 class DocumentDecoder {
 public:
     using Ticket = std::uint64_t;
