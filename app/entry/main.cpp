@@ -89,15 +89,16 @@ void runInConsole(Application& application, const CommandLine& options)
 std::unique_ptr<DriveSearch> makeSearch()
 {
     const auto home = homeFolder({});
+    if (!home)
+        return nullptr;
     const auto& services = platform::installed();
     std::vector<URL> roots;
     if (const auto drive = services.cloud.defaultContainer())
         roots.push_back(drive->documentsURL);
     for (const auto& library : services.cloud.libraries())
         roots.push_back(library->documentsURL);
-    return home ? std::make_unique<DriveSearch>(home->appending("search.sqlite"), roots,
-                                                DriveSearch::Services{services.mainQueue, services.log, services.types})
-                : nullptr;
+    const DriveSearch::Services needs = {services.mainQueue, services.log, services.types};
+    return std::make_unique<DriveSearch>(home->appending("search.sqlite"), std::move(roots), needs);
 }
 
 /// @param instance takes what later starts are asked for; may be null
