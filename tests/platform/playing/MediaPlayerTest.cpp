@@ -110,8 +110,8 @@ TEST_F(MediaPlayerTest, AFilmShowsItsPicturesAgainAndAgain)
     for (const int row : {0, 17, 36}) {
         const auto* const bytes = last.pixels.get() + row * last.stride;
         for (int x = 0; x < last.width; ++x) {
-            EXPECT_NEAR(static_cast<int>(bytes[4 * x + 2]), x * 255 / last.width, 3)
-                << "row " << row << ", column " << x;
+            const int red = x * 255 / last.width;
+            EXPECT_NEAR(static_cast<int>(bytes[4 * x + 2]), red, 3) << "row " << row << ", column " << x;
             EXPECT_NEAR(static_cast<int>(bytes[4 * x + 1]), 0x40, 3);
         }
     }
