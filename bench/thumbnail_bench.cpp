@@ -37,7 +37,12 @@ public:
         return run({"scale", folder(), std::to_string(static_cast<int>(count)), "128"})["seconds"];
     }
 
-    void forgetThumbnails() const { std::filesystem::remove_all(drive_.url("Cache/thumbnails").path()); }
+    /// Nor does the next start come back to where the last one had scrolled.
+    void forgetThumbnails() const
+    {
+        std::filesystem::remove_all(drive_.url("Cache/thumbnails").path());
+        std::filesystem::remove(drive_.url("Home/session.json").path());
+    }
 
 private:
     [[nodiscard]] std::string folder() const { return drive_.folder("Photographs").path(); }
