@@ -1,6 +1,7 @@
 #include "browser/NavController.h"
 
 #include "app/common/Log.h"
+#include "browser/MenuEnableChecks.h"
 #include "files/FileUtils.h"
 #include "files/UIUtils.h"
 #include "platform/base/KeyedArchive.h"
@@ -93,6 +94,8 @@ void NavController::showUnavailable()
 {
     TSD_FUNCTION("-[NavController setupInitialViewController]");
     TSD_WARNING("Tessel is not enabled");
+    dismiss(Animated::No); // what belongs to the drive that was there
+    dropItemManager();
     if (const auto unavailable = UnavailableViewController::create())
         setViewControllers({unavailable}, Animated::No);
     else
@@ -188,6 +191,8 @@ void NavController::navigationControllerDidShowViewController(NavigationControll
         editMode = list->editing();
     updateStatusUI(list);
     initNewListController(*list);
+    if (editMode) // the buttons are new ones
+        barButtonNewFolder->setEnabled(MenuEnableChecks::canEnableNewFolderForSelectedItems(*list));
     setToolbarHidden(false);
 }
 

@@ -112,6 +112,8 @@ void NavController::configureToolbar(DocumentListController& list)
         barButtonNewFolder = toolbarButton("New Folder", action(&NavController::promtForNewFolderAndCreate));
         barButtonMoveItem = toolbarButton("Move", action(&NavController::showMoveTargetForSelectedItems));
         barButtonDeleteItem = toolbarButton("Delete", action(&NavController::showWarningAndDeleteDocument));
+        barButtonMoveItem->setEnabled(MenuEnableChecks::canShowMoveForSelectedItems(list));
+        barButtonDeleteItem->setEnabled(MenuEnableChecks::canShowDeleteForSelectedItems(list));
         const auto space = BarButtonItem::flexibleSpace();
         list.setToolbarItems({barButtonNewFolder, space, barButtonMoveItem, space, barButtonDeleteItem});
         return;

@@ -94,7 +94,8 @@ void NavController::showNewFolderPromptDuringMove(const std::optional<URL>& fold
             const auto newFolder = folder.appending(name);
             if (auto refusal = makeFolder(newFolder))
                 return FilenamePrompt::Text(std::move(refusal));
-            auto message = weak.expired() ? std::nullopt : messageFor(moveItemsToDirectory(itemsToMove, newFolder));
+            const bool hasItems = !itemsToMove.empty() && !weak.expired();
+            auto message = hasItems ? messageFor(moveItemsToDirectory(itemsToMove, newFolder)) : std::nullopt;
             done = !message;
             return message;
         });

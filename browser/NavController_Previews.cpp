@@ -85,7 +85,7 @@ bool NavController::warpToNewURL(const std::optional<URL>& url, std::int32_t pre
 {
     TSD_FUNCTION("-[NavController warpToNewURL:previewMode:]");
     dismiss(Animated::No);
-    if (!url)
+    if (!url || !checkTesselState())
         return false;
     const auto& cloud = platform::installed().cloud;
     if (!cloud.isInDrive(*url)) {

@@ -71,7 +71,7 @@ void NavController::encodeSession(StateCoder& coder) const
         coder.encode(kFirstItemKey, *first);
     if (const auto search = std::dynamic_pointer_cast<SearchController>(presentedViewController()))
         coder.encode(kSearchKey, search->query());
-    if (editMode) {
+    if (list->editing()) {
         coder.encode(kEditingKey, true);
         coder.encode(kSelectionKey, selectionOf(*list));
     }

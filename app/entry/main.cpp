@@ -81,7 +81,8 @@ ConsoleOptions consoleOptions(const CommandLine& options, const TerminalLineSour
 void runInConsole(Application& application, const CommandLine& options)
 {
     TerminalLineSource input(DispatchQueue::main(), STDIN_FILENO);
-    application.launch({});
+    application.launch({options.shortcut});
+    perform(application, {.urls = options.documents, .shortcut = {}, .activationToken = {}});
     ConsoleShell(application, input, std::cout, consoleOptions(options, input)).run();
 }
 

@@ -8,6 +8,7 @@
 #include "platform/text/TextServices.h"
 #include "platform/ui/AlertController.h"
 #include "platform/ui/Device.h"
+#include "platform/ui/OutsideRequest.h"
 #include "platform/ui/Window.h"
 
 #include <functional>
@@ -16,15 +17,6 @@
 namespace tessel {
 
 namespace {
-
-constexpr std::string_view kFileScheme = "file://";
-constexpr const char* kOwnScheme = "tesseldriveapp:";
-
-/// What opens the document in this program, on each device where it lies at the same place.
-std::string linkTo(const URL& document)
-{
-    return kOwnScheme + document.absoluteString().substr(kFileScheme.size());
-}
 
 void addAction(AlertController& sheet, std::string title, std::function<void()> action)
 {
@@ -108,7 +100,7 @@ void DocumentInteractionController::addTransfers(AlertController& sheet) const
     if (!sharing.copyText)
         return;
     addAction(sheet, text.localized("Copy Path"), std::bind(sharing.copyText, document_.path()));
-    addAction(sheet, text.localized("Copy Link"), std::bind(sharing.copyText, linkTo(document_)));
+    addAction(sheet, text.localized("Copy Link"), std::bind(sharing.copyText, applicationURL(document_.path())));
 }
 
 } // namespace tessel

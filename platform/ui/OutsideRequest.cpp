@@ -7,8 +7,11 @@ namespace tessel {
 
 std::string applicationURL(const std::string& path, const std::string& mode)
 {
-    // Paths are encoded twice in URLs of the application's scheme.
-    return "tesseldriveapp:" + percentEncodedPath(percentEncodedPath(path)) + (mode.empty() ? "" : "?mode=" + mode);
+    // It is decoded twice, which only a percent sign of the path's own would show.
+    std::string encoded;
+    for (const char character : path)
+        encoded += character == '%' ? std::string("%25") : std::string(1, character);
+    return "tesseldriveapp:" + percentEncodedPath(encoded) + (mode.empty() ? "" : "?mode=" + mode);
 }
 
 std::string applicationURLOf(const std::string& url, const std::string& mode)

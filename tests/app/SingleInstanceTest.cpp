@@ -117,10 +117,10 @@ TEST_F(SingleInstanceTest, TakesThePlaceOfOneThatHasDied)
     EXPECT_TRUE(claim().instance);
 }
 
-TEST(OutsideRequestTest, EncodesPathsTwice)
+TEST(OutsideRequestTest, EncodesPathsThatAreDecodedTwice)
 {
-    EXPECT_EQ(applicationURL("/a b%41"), "tesseldriveapp:/a%2520b%252541");
-    EXPECT_EQ(applicationURLOf("file:///a%20b", "details"), "tesseldriveapp:/a%2520b?mode=details");
+    EXPECT_EQ(applicationURL("/a b%41"), "tesseldriveapp:/a%20b%252541");
+    EXPECT_EQ(applicationURLOf("file:///a%20b", "details"), "tesseldriveapp:/a%20b?mode=details");
     EXPECT_EQ(applicationURLOf("tesseldriveapp:/a"), "tesseldriveapp:/a");
 }
 
