@@ -75,6 +75,8 @@ protected:
     void SetUp() override
     {
         folder.folder("fonts");
+        folder.folder("desktop"); // on which no application opens anything
+        folder.link("desktop/mime", "/usr/share/mime");
         for (const std::string font :
              {"noto/NotoSans-Regular.ttf", "noto/NotoSans-Bold.ttf", "noto/NotoSansArabic-Regular.ttf",
               "noto/NotoSansArabic-Bold.ttf", "noto/NotoSansSymbols2-Regular.ttf", "droid/DroidSansFallbackFull.ttf"}) {
@@ -91,8 +93,8 @@ protected:
 
     [[nodiscard]] Program openScreen() const
     {
-        Lines environment = {"FONTCONFIG_FILE=" + folder.url("fonts.conf").path(), "XDG_DATA_DIRS=/usr/share",
-                             "QT_QPA_PLATFORMTHEME="};
+        Lines environment = {"FONTCONFIG_FILE=" + folder.url("fonts.conf").path(),
+                             "XDG_DATA_DIRS=" + folder.url("desktop").path(), "QT_QPA_PLATFORMTHEME="};
         environment.insert(environment.end(), GetParam().environment.begin(), GetParam().environment.end());
         // The same room is left on every machine.
         folder.file("home/quota.json", R"({"accountSize": 5368709120})");
