@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/cloud/ActivityService.h"
+
 namespace tessel {
 
 /// The program's fixed settings.
@@ -11,7 +13,7 @@ public:
     [[nodiscard]] static constexpr bool quickLaunch() { return true; }
 
     /// The type of activity under which a viewed document is offered to the user's other devices.
-    [[nodiscard]] static constexpr const char* relayaTesselActivityType() { return "orvane.quillbox.viewing"; }
+    [[nodiscard]] static constexpr const char* relayaTesselActivityType() { return ContinuationActivity::kViewing; }
 };
 
 } // namespace tessel

@@ -12,6 +12,8 @@ struct ContinuationActivity {
     /// Of `userInfo`: the document that is looked at, as a bookmarkable string (see CloudService).
     static constexpr const char* kDocumentURLKey = "DocumentURL";
 
+    static constexpr const char* kViewing = "orvane.quillbox.viewing"; ///< a type: a document is looked at
+
     std::string type;
     bool isEligibleForContinuation = false; ///< on the user's other devices
     Value::Dictionary userInfo;

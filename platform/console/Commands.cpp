@@ -25,7 +25,6 @@ namespace {
 
 constexpr auto kSettleLimit = std::chrono::seconds(60);
 constexpr double kLongestWait = 1e6; ///< seconds
-constexpr const char* kViewingActivityType = "orvane.quillbox.viewing";
 
 std::string quoted(std::string_view text)
 {
@@ -237,7 +236,7 @@ Answer Commands::continueActivity(Arguments arguments)
     else if (kind == "result")
         activity = {UserActivity::kSearchResult, {{UserActivity::kSearchItemIdentifierKey, arguments[1]}}};
     else if (kind == "activity")
-        activity = {kViewingActivityType, {{ContinuationActivity::kDocumentURLKey, arguments[1]}}};
+        activity = {ContinuationActivity::kViewing, {{ContinuationActivity::kDocumentURLKey, arguments[1]}}};
     else
         return Answer::refused("an activity is query TEXT, result ID or activity BOOKMARK");
     return application_.continueActivity(activity) ? Answer() : Answer::refused("the activity is not known");
