@@ -112,13 +112,18 @@ def use(desktop):
     desktop.logged("Plan.txt?mode=details, options")
     desktop.call(FILES, "ShowItems", GLib.Variant("(ass)", ([plan], "")))
     desktop.logged("orvane~Quillbox/Documents, options")
-    found = []
-    desktop.soon(lambda: found or found.extend(
-        desktop.call(SEARCH, "GetInitialResultSet", GLib.Variant("(as)", (["pla"],))).unpack()[0]), "what is searched for")
-    metas = desktop.call(SEARCH, "GetResultMetas", GLib.Variant("(as)", (found,))).unpack()[0]
-    plans = [meta["id"] for meta in metas if meta["name"] == "Plan.txt"]
-    if len(metas) != len(found) or not plans:
-        sys.exit(f"the search has found {metas}")
+    plans = []
+
+    def searched():
+        """The index fills while it is asked: what is sought may come later than the first that matches."""
+        found = desktop.call(SEARCH, "GetInitialResultSet", GLib.Variant("(as)", (["pla"],))).unpack()[0]
+        metas = desktop.call(SEARCH, "GetResultMetas", GLib.Variant("(as)", (found,))).unpack()[0]
+        if len(metas) != len(found):
+            sys.exit(f"{len(found)} were found, and described are {metas}")
+        plans.extend(meta["id"] for meta in metas if meta["name"] == "Plan.txt")
+        return plans
+
+    desktop.soon(searched, "the search to find Plan.txt")
     desktop.call(SEARCH, "ActivateResult", GLib.Variant("(sasu)", (plans[0], ["pla"], 0)))
     desktop.logged("Seekindex documentID")
     desktop.call(SEARCH, "LaunchSearch", GLib.Variant("(asu)", (["report"], 0)))
