@@ -52,6 +52,8 @@ void ItemWork::tell()
     const auto now = uptime();
     if (now - begun_ < kUnnoticed || (alert_ && now - toldAt_ < kBetweenTexts))
         return;
+    if (alert_ && !alert_->presentingViewController())
+        alert_ = nullptr; // what it lay on has gone, and it with that
     if (!alert_)
         showAlert();
     toldAt_ = now;

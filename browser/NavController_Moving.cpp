@@ -137,8 +137,11 @@ void NavController::showMoveTargetForItems(const std::vector<URL>& items, const 
     using Picker = DocumentTargetSelectionController;
     const auto picker =
         Picker::create(items, canLeaveContainer ? Picker::Kind::AcrossContainers : Picker::Kind::WithinContainer);
-    if (!picker)
+    if (!picker) {
+        TSD_WARNING("No folder of the items can be shown: %@", items);
+        UIUtils::showError(generalError(ErrorCode::kFileDoesNotExist), visibleViewController());
         return;
+    }
     picker->targetDelegate = std::static_pointer_cast<NavController>(shared_from_this());
     visibleViewController()->present(picker, Animated::Yes, [] {
         TSD_FUNCTION("-[NavController showMoveTargetForItems:inFolder:]_block_invoke");

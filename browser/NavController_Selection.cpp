@@ -74,7 +74,7 @@ void NavController::documentListControllerDidSelectItemAtURL(DocumentListControl
     TSD_DEBUG("DRItem: %@ (%{public}@ bytes %{public}@)", item, item ? item->fileSize() : std::nullopt,
               url.pathExtension());
     if (!item) {
-        UIUtils::showError(generalError(ErrorCode::kFileDoesNotExist), visibleViewController());
+        UIUtils::showError(generalError(ErrorCode::kFileDoesNotExist), topViewController());
         DispatchQueue::main().async([self = std::static_pointer_cast<NavController>(shared_from_this())] {
             self->setupInitialViewController();
         });

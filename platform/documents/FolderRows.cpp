@@ -195,6 +195,7 @@ void FolderRows::placeLibraries(bool isComplete)
 
 void FolderRows::begin(FolderTable table)
 {
+    isComplete_ = false;
     table_ = std::move(table);
     details_.reset(table_.size());
     placeLibraries(false);
@@ -206,14 +207,32 @@ void FolderRows::complete(FolderTable table)
     while (same < std::min(table.size(), table_.size()) && table.name(same) == table_.name(same))
         same++;
     table.takeSelectionFrom(table_);
+    if (std::exchange(selectsWhatComes_, false))
+        selectNewcomers(table);
+    isComplete_ = true;
     table_ = std::move(table);
     details_.resize(same);
     details_.resize(table_.size());
     placeLibraries(true);
 }
 
+/// Selects all but what was known and is not selected.
+void FolderRows::selectNewcomers(FolderTable& table)
+{
+    std::unordered_set<std::string_view> left;
+    for (std::size_t item = 0; item < table_.size(); ++item)
+        if (!table_.isSelected(item))
+            left.insert(table_.name(item));
+    for (std::size_t item = 0; item < table.size(); ++item)
+        if (!left.contains(table.name(item)))
+            table.setSelected(item, true);
+    for (std::size_t library = shownLibraries_; library < libraries_.size(); ++library)
+        libraries_[library].selected = true;
+}
+
 void FolderRows::clear()
 {
+    isComplete_ = false;
     table_ = {};
     shownLibraries_ = 0;
     details_.reset(0);
@@ -340,6 +359,7 @@ std::optional<std::size_t> FolderRows::findItem(const URL& url) const
 
 RowChanges FolderRows::select(const std::vector<URL>& wanted)
 {
+    selectsWhatComes_ = false;
     std::unordered_set<std::string_view> names;
     for (const auto& url : wanted)
         if (folder_.appending(url.lastPathComponent()) == url)
@@ -359,6 +379,7 @@ RowChanges FolderRows::select(const std::vector<URL>& wanted)
 
 RowChanges FolderRows::selectAll()
 {
+    selectsWhatComes_ = !isComplete_;
     RowChanges changes;
     for (std::size_t index = 0; index < size(); ++index) {
         if (isSelected(index))

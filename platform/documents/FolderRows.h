@@ -64,6 +64,8 @@ public:
     /// Selects exactly these, as far as they are in the list.
     /// @returns the rows that changed
     [[nodiscard]] RowChanges select(const std::vector<URL>&);
+    /// Selects all that are known and, of a list that is not complete, what `complete` adds.
+    /// @returns the rows that changed
     [[nodiscard]] RowChanges selectAll();
 
     /// The answer for an item.
@@ -90,6 +92,7 @@ private:
     void markStale(const std::vector<FolderChange>&);
     [[nodiscard]] std::size_t librariesBefore(std::size_t row) const;
     [[nodiscard]] std::optional<std::size_t> findItem(const URL&) const;
+    void selectNewcomers(FolderTable&);
     void placeLibraries(bool isComplete);
     [[nodiscard]] std::vector<std::size_t> rowsOfLibraries(const std::vector<std::size_t>& libraries) const;
     void moveToRows(std::vector<std::size_t>& items) const;
@@ -101,6 +104,8 @@ private:
     FolderTable table_;
     std::vector<LibraryRow> libraries_; ///< sorted by title
     std::size_t shownLibraries_ = 0;
+    bool isComplete_ = false;
+    bool selectsWhatComes_ = false;
     DetailsStore details_;        ///< of items
     DetailsStore libraryDetails_; ///< of libraries, by path
 };

@@ -27,6 +27,9 @@ bool isFolder(const URL& url)
 
 MoveDestinations::MoveDestinations(std::vector<URL> items) : items_(std::move(items))
 {
+    paths_.reserve(items_.size());
+    for (const auto& item : items_)
+        paths_.insert(item.path());
 }
 
 /// Asked only where that counts: it costs a look at each item.
@@ -39,7 +42,10 @@ bool MoveDestinations::haveFolder() const
 
 bool MoveDestinations::isMoved(const URL& folder) const
 {
-    return std::ranges::any_of(items_, [&](const URL& item) { return item.contains(folder); });
+    for (auto place = folder; place.path().size() > 1; place = place.deletingLastPathComponent())
+        if (paths_.contains(place.path()))
+            return true;
+    return false;
 }
 
 bool MoveDestinations::accepts(const URL& folder) const

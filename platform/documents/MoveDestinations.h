@@ -4,6 +4,8 @@
 
 #include <cstddef>
 #include <optional>
+#include <string_view>
+#include <unordered_set>
 #include <vector>
 
 namespace tessel {
@@ -16,6 +18,8 @@ class MoveDestinations {
 public:
     /// @param items all in one folder
     explicit MoveDestinations(std::vector<URL> items);
+    MoveDestinations(const MoveDestinations&) = delete;
+    MoveDestinations& operator=(const MoveDestinations&) = delete;
 
     [[nodiscard]] const std::vector<URL>& items() const { return items_; }
     /// Whether a folder is one of the items, or below one.
@@ -34,7 +38,8 @@ private:
     [[nodiscard]] bool haveFolder() const;
 
     std::vector<URL> items_;
-    mutable std::optional<bool> haveFolder_; ///< one of them is a folder, and no package
+    std::unordered_set<std::string_view> paths_; ///< of the items
+    mutable std::optional<bool> haveFolder_;     ///< one of them is a folder, and no package
 };
 
 } // namespace tessel

@@ -76,6 +76,23 @@ TEST_F(ItemWorkTest, LetsTheQueueRunAndTellsHowMuchIsLeft)
     EXPECT_EQ(alert(), nullptr);
 }
 
+TEST_F(ItemWorkTest, TellsAgainWhenWhatItsAlertLayOnHasGone)
+{
+    work(20, 0.2);
+    while (!alert() && runOne())
+        ;
+    const auto first = alert();
+    navigation()->dismiss(Animated::No);
+    while (!alert() && runOne())
+        ;
+    ASSERT_NE(alert(), nullptr);
+    EXPECT_NE(alert(), first);
+    EXPECT_LT(steps, 20U);
+    platform.settle();
+    EXPECT_EQ(alert(), nullptr);
+    EXPECT_EQ(ends, 1);
+}
+
 TEST_F(ItemWorkTest, EndsBehindAnItemWhenCancelled)
 {
     work(8, 0.2);

@@ -129,6 +129,32 @@ TEST_F(DocumentListControllerTest, ShowsLibrariesAmongTheItemsOfTheTopFolder)
     EXPECT_THAT(delegate->opened, ElementsAre("list Paint"));
 }
 
+TEST_F(DocumentListControllerTest, SelectsAllAlsoOfWhatIsStillBeingRead)
+{
+    constexpr std::size_t kFiles = 5000;
+    for (std::size_t number = 0; number < kFiles; ++number)
+        drive.file("F/" + std::to_string(number));
+    const auto list = DocumentListController::create(drive.url("F"));
+    list->setEditing(true, Animated::No);
+    std::size_t early = 0;
+    list->rowsChanged = [&](const RowChanges&) {
+        if (list->state() != ListState::Loading || early > 0)
+            return;
+        early = list->containedItemCount();
+        list->selectAllRows();
+        list->pressRow(3);
+    };
+    shown(list);
+    EXPECT_GT(early, 0U);
+    EXPECT_LT(early, kFiles);
+    EXPECT_EQ(list->selectedItems().count, kFiles - 1);
+    EXPECT_FALSE(list->isSelected(drive.url("F/3")));
+
+    drive.file("F/Late");
+    ASSERT_TRUE(platform.runUntil([&] { return list->containedItemCount() == kFiles + 1; }));
+    EXPECT_FALSE(list->isSelected(drive.url("F/Late")));
+}
+
 TEST_F(DocumentListControllerTest, OpensWhatIsPressedByItsKind)
 {
     drive.tree("F/Album.lookbook/ F/Folder/ F/Link->Folder F/Plan.txt");
