@@ -25,8 +25,9 @@ void addAction(AlertController& sheet, std::string title, std::function<void()> 
                                       [action = std::move(action)](const std::shared_ptr<AlertAction>&) { action(); }));
 }
 
-/// What lies over everything else.
-std::shared_ptr<ViewController> uppermostController()
+} // namespace
+
+std::shared_ptr<ViewController> DocumentInteractionController::uppermostController()
 {
     const auto window = platform::installed().device.keyWindow();
     auto controller = window ? window->rootViewController() : nullptr;
@@ -34,8 +35,6 @@ std::shared_ptr<ViewController> uppermostController()
         controller = controller->presentedViewController();
     return controller;
 }
-
-} // namespace
 
 void DocumentInteractionController::openInPlace(const ApplicationRecord& application) const
 {
@@ -67,13 +66,17 @@ void DocumentInteractionController::present(PopoverAnchor anchor, Animated anima
     if (!presenter)
         return;
     const auto& text = platform::installed().text;
-    const auto title = text.displayName(name ? std::string_view(*name) : document_.lastPathComponent());
-    auto sheet = std::make_shared<AlertController>(AlertController::Style::ActionSheet, title, "");
+    auto sheet = std::make_shared<AlertController>(AlertController::Style::ActionSheet, shownName(), "");
     addApplications(*sheet);
     addTransfers(*sheet);
     sheet->addAction(std::make_shared<AlertAction>(text.localized("Cancel"), AlertAction::Style::Cancel, nullptr));
     sheet->popoverAnchor = std::move(anchor);
     presenter->present(std::move(sheet), animated);
+}
+
+std::string DocumentInteractionController::shownName() const
+{
+    return platform::installed().text.displayName(name ? std::string_view(*name) : document_.lastPathComponent());
 }
 
 void DocumentInteractionController::addApplications(AlertController& sheet) const
@@ -95,6 +98,7 @@ void DocumentInteractionController::addTransfers(AlertController& sheet) const
     const bool isOnDevice = static_cast<bool>(services.files.attributes(document_.path()));
     if (isOnDevice && sharing.canSendByMail && sharing.canSendByMail())
         addAction(sheet, text.localized("Send by E-Mail"), std::bind(sharing.sendByMail, document_));
+    addDevices(sheet);
     if (sharing.copyDocument && isOnDevice)
         addAction(sheet, text.localized("Copy"), std::bind(sharing.copyDocument, document_));
     if (!sharing.copyText)

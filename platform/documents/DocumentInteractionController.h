@@ -12,6 +12,7 @@
 namespace tessel {
 
 class AlertController;
+struct PairedDevice;
 
 /// What other programs are asked to do with one document. Main thread only.
 class DocumentInteractionController {
@@ -31,9 +32,16 @@ public:
     void presentOptionsMenu(const std::shared_ptr<BarButtonItem>& fromItem, Animated) const;
 
 private:
+    /// What lies over everything else.
+    [[nodiscard]] static std::shared_ptr<ViewController> uppermostController();
     void present(PopoverAnchor, Animated) const;
     void addApplications(AlertController&) const;
     void addTransfers(AlertController&) const;
+    void addDevices(AlertController&) const;
+    void sendTo(const PairedDevice&) const;
+    void tellNotSentTo(const PairedDevice&) const;
+    [[nodiscard]] std::string shownName() const;
+    [[nodiscard]] bool isFileOnDevice() const;
 
     const URL document_;
 };

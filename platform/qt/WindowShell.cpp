@@ -5,6 +5,7 @@
 #include "platform/qt/DesktopService.h"
 #include "platform/qt/Display.h"
 #include "platform/qt/EventLoop.h"
+#include "platform/qt/PairedDevices.h"
 #include "platform/qt/Scene.h"
 #include "platform/qt/SharedClipboard.h"
 #include "platform/qt/Shell.h"
@@ -148,6 +149,7 @@ struct WindowShell::Parts {
     Application* running = nullptr;
     qt::RequestHandler handler;
     std::optional<qt::DesktopService> service;
+    std::optional<qt::PairedDevices> devices;
 };
 
 std::optional<std::string> WindowShell::whyNoWindow()
@@ -194,6 +196,7 @@ bool WindowShell::run(Application& application, const DesktopRole& role)
             [this, role] {
                 const auto bus = QDBusConnection::sessionBus();
                 parts_->appearance.followDesktop(bus);
+                parts_->devices.emplace(bus, platform::installed().device.sharing);
                 if (role.ownsName)
                     parts_->service.emplace(bus, parts_->handler, role.search);
             },
@@ -203,6 +206,7 @@ bool WindowShell::run(Application& application, const DesktopRole& role)
         QGuiApplication::exec();
         parts_->running = nullptr;
         parts_->service.reset();
+        parts_->devices.reset();
         const auto bounds = platform::installed().device.screenBounds();
         qt::rememberWindowSize({bounds.width, bounds.height});
     }

@@ -18,6 +18,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <filesystem>
 #include <stdexcept>
 
 namespace tessel {
@@ -127,6 +128,21 @@ TEST_F(DesktopSharingTest, OffersOnlyWhatCanBeDone)
     EXPECT_THAT(offered(document), testing::Contains("Copy Link"));
     choose("Copy Link");
     EXPECT_EQ(told(), "-selection,clipboard,-target,UTF8_STRING,tesseldriveapp:" + document.absoluteString().substr(7));
+}
+
+TEST_F(DesktopSharingTest, SendsFilesOnTheDeviceToOtherDevices)
+{
+    auto& shared = platform.services().device.sharing;
+    shared.pairedDevices = {{"a", "Phone"}};
+    shared.sendToDevice = [](const auto&, const auto&, const auto&) { FAIL() << "there is nothing to send"; };
+    const auto document = drive.file("Plan.txt", "plan");
+    EXPECT_THAT(offered(drive.folder("Plans")), ElementsAre("Cancel"));
+    EXPECT_THAT(offered(drive.url("away.txt")), ElementsAre("Cancel"));
+    EXPECT_THAT(offered(document), ElementsAre("Send to “Phone”", "Cancel"));
+
+    std::filesystem::remove(document.path());
+    choose("Send to “Phone”");
+    EXPECT_EQ(sheet()->title(), "“Plan.txt” couldn’t be sent to “Phone”.");
 }
 
 } // namespace

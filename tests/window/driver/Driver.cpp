@@ -177,14 +177,14 @@ Driver::Reason Driver::tree() const
         if (name.isEmpty())
             continue;
         const auto place = placeOf(item).toRect();
-        const auto role = QAccessible::queryAccessibleInterface(item)->role();
+        const auto* const face = QAccessible::queryAccessibleInterface(item);
         answer(QString("%1 | %2 | %3 %4 %5 %6%7")
-                   .arg(QVariant::fromValue(role).toString(), name)
+                   .arg(QVariant::fromValue(face->role()).toString(), name)
                    .arg(place.x())
                    .arg(place.y())
                    .arg(place.width())
                    .arg(place.height())
-                   .arg(item->isEnabled() ? "" : " | disabled"));
+                   .arg(item->isEnabled() && !face->state().disabled ? "" : " | disabled"));
     }
     return std::nullopt;
 }
