@@ -2,6 +2,8 @@
 
 #include "platform/base/Platform.h"
 #include "platform/qt/DisabledItems.h"
+#include "platform/qt/Page.h"
+#include "platform/qt/PageStack.h"
 #include "platform/qt/Shell.h"
 #include "platform/qt/images/IconProvider.h"
 #include "platform/qt/images/SymbolProvider.h"
@@ -14,6 +16,8 @@
 #include <QQmlContext>
 #include <QQuickWindow>
 
+#include <algorithm>
+
 void qml_register_types_Tessel();
 
 namespace tessel::qt {
@@ -22,6 +26,9 @@ namespace {
 
 /// The window, and what its first page is made of, which is loaded by name.
 constexpr const char* kFirstFiles[] = {"Main.qml", "FolderPage.qml", "FolderRows.qml"};
+
+constexpr const char* kThumbnails = "thumbnail";
+constexpr int kPreparedRows = 10; // of a first screen
 
 QUrl urlOf(const char* file)
 {
@@ -43,6 +50,7 @@ void follow(QQuickWindow& window, Shell& shell)
 } // namespace
 
 Scene::Scene()
+    : thumbnails_(new ThumbnailProvider({ThumbnailCache::desktopFolder(), "tesseldrive-" TESSELDRIVE_VERSION}))
 {
     qml_register_types_Tessel(); // also has the linker take it
     addImages();
@@ -55,6 +63,17 @@ Scene::Scene()
 }
 
 Scene::~Scene() = default;
+
+// The first row last: what was asked for last is looked for first.
+void Scene::prepare(const Shell& shell)
+{
+    const auto* const page = static_cast<const Page*>(shell.pages()->top());
+    const auto* const list = page ? page->list() : nullptr;
+    const auto scheme = QString("image://%1/").arg(kThumbnails);
+    for (int row = list ? std::min(list->count(), kPreparedRows) - 1 : -1; row >= 0; --row)
+        if (const auto source = list->row(row).thumbnailSource; !source.isEmpty())
+            thumbnails_->prepare(source.sliced(scheme.size()));
+}
 
 void Scene::load()
 {
@@ -81,8 +100,7 @@ void Scene::addImages()
 {
     engine_.addImageProvider("icon", new IconProvider);
     engine_.addImageProvider("symbol", new SymbolProvider);
-    engine_.addImageProvider(
-        "thumbnail", new ThumbnailProvider({ThumbnailCache::desktopFolder(), "tesseldrive-" TESSELDRIVE_VERSION}));
+    engine_.addImageProvider(kThumbnails, thumbnails_);
     engine_.addImageProvider(DrawnImageProvider::kName, new DrawnImageProvider);
 }
 

@@ -11,6 +11,7 @@ class QQuickWindow;
 namespace tessel::qt {
 
 class Shell;
+class ThumbnailProvider;
 
 /// All that QML makes of the program.
 class Scene {
@@ -21,6 +22,8 @@ public:
     Scene(const Scene&) = delete;
     Scene& operator=(const Scene&) = delete;
 
+    /// Begins to look for the thumbnails of the first rows that the shell's uppermost page will show.
+    void prepare(const Shell& shell);
     /// Waits for what is being loaded.
     void load();
     /// Opens the window, in the size of the device's screen. @param shell outlives the scene
@@ -33,6 +36,7 @@ private:
     void addImages();
 
     QQmlEngine engine_;
+    ThumbnailProvider* const thumbnails_;               ///< the engine's
     std::vector<std::unique_ptr<QQmlComponent>> ahead_; ///< keep what has been loaded
     std::unique_ptr<QQuickWindow> window_;
 };

@@ -182,7 +182,9 @@ void WindowShell::take(const OutsideRequest& request)
 bool WindowShell::run(Application& application, const DesktopRole& role)
 {
     qt::Shell shell(parts_->appearance);
+    parts_->loop.drain();
     shell.sync();
+    parts_->scene->prepare(shell);
     parts_->scene->load();
     parts_->loop.drain(); // so that the first picture shows what has been found meanwhile
     shell.sync();

@@ -5,6 +5,7 @@
 #include "platform/qt/decoder/ImageDocument.h"
 #include "platform/qt/decoder/MediaDocument.h"
 #include "platform/qt/decoder/PagesDocument.h"
+#include "platform/qt/decoder/Plugins.h"
 #include "platform/qt/decoder/TextDocument.h"
 
 #include <QImageReader>
@@ -27,15 +28,27 @@ QMimeType typeOf(const QByteArray& head, const QString& name)
     return database.mimeTypeForFileNameAndData(name, head);
 }
 
-// The image format that reads a type; none for those whose readers draw documents, or are hardly used.
-QByteArray imageFormat(const QMimeType& type)
+// None for those whose readers draw documents, or are hardly used.
+QByteArray knownFormat(const QByteArray& type)
 {
-    const auto formats = QImageReader::imageFormatsForMimeType(type.name().toLatin1());
+    const auto formats = QImageReader::imageFormatsForMimeType(type);
     for (const auto& format : formats) {
         if (format != "svg" && format != "svgz" && format != "pdf" && format != "mng")
             return format;
     }
     return {};
+}
+
+// The image format that reads a type.
+QByteArray imageFormat(const QMimeType& type)
+{
+    const auto name = type.name().toLatin1();
+    if (!name.startsWith("image/"))
+        return {};
+    if (auto format = knownFormat(name); !format.isEmpty())
+        return format;
+    findAllPlugins();
+    return knownFormat(name);
 }
 
 } // namespace
@@ -44,12 +57,16 @@ std::unique_ptr<OpenDocument> openDocument(std::unique_ptr<QFile> file, const QS
 {
     const auto head = file->peek(kHeadBytes);
     const auto type = typeOf(head, name);
-    if (type.inherits("image/svg+xml"))
+    if (type.inherits("image/svg+xml")) {
+        needFonts();
         return std::make_unique<DrawingDocument>(*file);
+    }
     if (const auto format = imageFormat(type); !format.isEmpty())
         return std::make_unique<ImageDocument>(std::move(file), format);
-    if (type.inherits("application/pdf"))
+    if (type.inherits("application/pdf")) {
+        needFonts();
         return std::make_unique<PagesDocument>(std::move(file));
+    }
     if (type.inherits("text/plain") && !head.contains('\0'))
         return std::make_unique<TextDocument>();
     if (type.name().startsWith("audio/"))

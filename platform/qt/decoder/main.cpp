@@ -3,10 +3,10 @@
 #include "platform/linux/decoding/DecoderChannel.h"
 #include "platform/qt/decoder/Answering.h"
 #include "platform/qt/decoder/Confinement.h"
+#include "platform/qt/decoder/Plugins.h"
 #include "platform/qt/decoder/Sanitizers.h"
 
 #include <QDir>
-#include <QGuiApplication>
 #include <QImageReader>
 #include <QLibraryInfo>
 #include <QMimeDatabase>
@@ -47,6 +47,7 @@ std::vector<std::string> folders()
     QStringList result = {QLibraryInfo::path(QLibraryInfo::PluginsPath),
                           QLibraryInfo::path(QLibraryInfo::LibrariesPath), QDir::homePath() + "/.fonts",
                           QDir::homePath() + "/.cache/fontconfig"};
+    result << QCoreApplication::libraryPaths();
     for (const auto& folder : QStandardPaths::standardLocations(QStandardPaths::GenericDataLocation))
         result << folder + "/fonts" << folder + "/mime";
     std::vector<std::string> paths;
@@ -57,13 +58,13 @@ std::vector<std::string> folders()
 
 } // namespace
 
-int main(int argc, char* argv[])
+int main()
 {
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     ::mallopt(M_ARENA_MAX, 1);
     std::set_new_handler([] { ::_exit(kDecoderIsOutOfMemory); });
     becomeQuiet();
-    const QGuiApplication application(argc, argv);
+    qt::findCommonPluginsOnly();
     QImageReader::setAllocationLimit(kMostMegabytes);
     static_cast<void>(QMimeDatabase().mimeTypeForName("text/plain")); // reads the database
     if (!qt::confine(folders()) || !send(kDecoderSocket, DecoderAnswer()))

@@ -5,7 +5,6 @@
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
-#include <QImageReader>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -18,6 +17,8 @@
 namespace tessel::qt {
 
 namespace {
+
+constexpr qint64 kMostBytes = 16LL * 1024 * 1024; // of a file; pixels of the largest size take 4 MB
 
 QByteArray folderName(ThumbnailSize size)
 {
@@ -40,12 +41,18 @@ QByteArray fileName(const ThumbnailOriginal& original)
 }
 
 // Whether the stored picture is of this original as it is now. The size is not always noted.
-bool isValid(const QImage& picture, const ThumbnailOriginal& original)
+bool isValid(const PNGTexts& texts, const ThumbnailOriginal& original)
 {
-    const auto size = picture.text("Thumb::Size");
-    return picture.text("Thumb::URI").toLatin1() == original.uri() &&
-           picture.text("Thumb::MTime").toLatin1() == QByteArray::number(qint64(original.modificationSeconds())) &&
-           (size.isEmpty() || size.toLatin1() == QByteArray::number(qint64(original.size)));
+    const auto text = [&](QByteArrayView keyword) {
+        for (const auto& [name, value] : texts)
+            if (name == keyword)
+                return value;
+        return QByteArray();
+    };
+    const auto size = text("Thumb::Size");
+    return text("Thumb::URI") == original.uri() &&
+           text("Thumb::MTime") == QByteArray::number(qint64(original.modificationSeconds())) &&
+           (size.isEmpty() || size == QByteArray::number(qint64(original.size)));
 }
 
 // Opens a regular file for reading; the name may be any bytes.
@@ -67,12 +74,8 @@ QImage readValid(const QByteArray& path, const ThumbnailOriginal& original)
     QFile file;
     if (!openFile(file, path))
         return {};
-    QImageReader reader(&file, "png");
-    const int longest = side(ThumbnailSize::ExtraExtraLarge);
-    const auto size = reader.size();
-    const bool isThumbnail = size.width() <= longest && size.height() <= longest;
-    const auto image = isThumbnail ? reader.read() : QImage(); // the reader alone cannot tell texts with such keywords
-    return isValid(image, original) ? image : QImage();
+    const auto stored = readThumbnailPNG(file.read(kMostBytes), side(ThumbnailSize::ExtraExtraLarge));
+    return stored && isValid(stored->texts, original) ? stored->image : QImage();
 }
 
 bool makeFolder(const QByteArray& path)
@@ -155,11 +158,10 @@ bool ThumbnailCache::markFailed(const ThumbnailOriginal& original) const
 
 bool ThumbnailCache::store(const QByteArray& folder, const ThumbnailOriginal& original, const QImage& image) const
 {
-    const QList<std::pair<QByteArray, QByteArray>> texts = {
-        {"Thumb::URI", original.uri()},
-        {"Thumb::MTime", QByteArray::number(qint64(original.modificationSeconds()))},
-        {"Thumb::Size", QByteArray::number(qint64(original.size))},
-        {"Software", program_}};
+    const PNGTexts texts = {{"Thumb::URI", original.uri()},
+                            {"Thumb::MTime", QByteArray::number(qint64(original.modificationSeconds()))},
+                            {"Thumb::Size", QByteArray::number(qint64(original.size))},
+                            {"Software", program_}};
     const auto file = thumbnailPNG(image, texts);
     return !file.isEmpty() && makeFolder(folder) && writeWhole(folder, fileName(original), file);
 }

@@ -23,7 +23,7 @@ QImage fitted(const QImage& image, QSize pixels)
 
 } // namespace
 
-// What was shown lately, by identifier and size.
+// What was shown lately, by identifier and size; what was prepared, by its identifier.
 struct ThumbnailProvider::Memory {
     std::optional<QImage> find(const QString& key)
     {
@@ -115,13 +115,22 @@ QByteArray ThumbnailProvider::pathOf(const QString& id)
     return (path.startsWith('/') ? QByteArray() : QByteArray("/")) + QByteArray::fromPercentEncoding(path);
 }
 
+void ThumbnailProvider::prepare(const QString& id)
+{
+    queue_->request(pathOf(id), ThumbnailSize::Normal,
+                    [memory = memory_, id](const QImage& image) { memory->keep(id, image); });
+}
+
 QQuickImageResponse* ThumbnailProvider::requestImageResponse(const QString& id, const QSize& requestedSize)
 {
     const auto pixels = pixelSize(requestedSize, kUsualSide);
     const auto key = QString("%1 %2x%3").arg(id).arg(pixels.width()).arg(pixels.height());
     auto* response = new Response(queue_);
+    const auto prepared = thumbnailSizeFor(pixels) == ThumbnailSize::Normal ? memory_->find(id) : std::nullopt;
     if (const auto kept = memory_->find(key))
         response->answer(*kept);
+    else if (prepared)
+        response->answer(fitted(*prepared, pixels));
     else
         response->ask(pathOf(id), pixels, key, memory_);
     return response;

@@ -23,6 +23,9 @@ public:
     /// Any thread with an event loop, which gets the response's signals.
     QQuickImageResponse* requestImageResponse(const QString& id, const QSize& requestedSize) override;
 
+    /// Has a thumbnail looked for and, where there is none, made before a view asks for it. Any thread.
+    void prepare(const QString& id);
+
     /// "/home/jens/me.png" of "/home/jens/me.png?1700000000", byte for byte.
     [[nodiscard]] static QByteArray pathOf(const QString& id);
 

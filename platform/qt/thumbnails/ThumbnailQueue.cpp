@@ -103,8 +103,8 @@ void ThumbnailQueue::makeNext()
     if (made.outcome == MadeThumbnail::Outcome::Failed)
         cache_.markFailed(original);
     finish(job, made.image);
-    if (made.outcome == MadeThumbnail::Outcome::Made) // which takes longer than the way to the screen
-        cache_.save(original, job->key.second, made.image);
+    if (made.outcome == MadeThumbnail::Outcome::Made) // what waits to be made comes before
+        making_.addOperation([this, job, image = made.image] { cache_.save(*job->original, job->key.second, image); });
 }
 
 void ThumbnailQueue::finish(const std::shared_ptr<Job>& job, const QImage& image)
