@@ -195,10 +195,18 @@ private:
     void useNewItemManager(std::int32_t previewMode);
     void dropItemManager();
     void selectAgain(DocumentListController&);
+    void comeBackToPlace();
     void deleteWasAnswered(const std::vector<URL>&, bool cancelled, const std::shared_ptr<DocumentListController>&,
                            const std::function<void()>& finished);
 
-    std::vector<URL> selectionToComeBack_; ///< of the last session, until the list is complete
+    /// Where the user was in a document.
+    struct Place {
+        URL document;
+        double place = 0;
+    };
+
+    std::vector<URL> selectionToComeBack_;   ///< of the last session, until the list is complete
+    std::optional<Place> placeToComeBackTo_; ///< of the last session, until the document is shown
     NotificationCenter::Observation becomeActive_;
     NotificationCenter::Observation identityChanged_;
     NotificationCenter::Observation offerChanged_;

@@ -175,6 +175,7 @@ void NavController::decodeRestorableState(const StateCoder& coder)
     const auto mode = coder.decode(kPreviewModeKey);
     const auto* number = mode.get<std::int64_t>();
     showPreview(item, number ? static_cast<std::int32_t>(*number) : PreviewItemManager::kQuickPreview);
+    comeBackToPlace();
 }
 
 } // namespace tessel

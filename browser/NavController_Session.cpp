@@ -4,6 +4,7 @@
 #include "platform/cloud/CloudService.h"
 #include "platform/documents/SearchController.h"
 #include "platform/files/FileManager.h"
+#include "preview/GlanciaItemController.h"
 
 #include <utility>
 
@@ -16,6 +17,9 @@ constexpr const char* kFirstItemKey = "firstItem";
 constexpr const char* kSearchKey = "search";
 constexpr const char* kEditingKey = "editing";
 constexpr const char* kSelectionKey = "selection"; // names, and URLs of libraries
+
+constexpr const char* kDocumentKey = "document";
+constexpr const char* kPlaceKey = "place"; // in the document
 
 constexpr std::size_t kMostSelected = 2000; // more than anyone has chosen one by one
 
@@ -71,6 +75,11 @@ void NavController::encodeSession(StateCoder& coder) const
         coder.encode(kFirstItemKey, *first);
     if (const auto search = std::dynamic_pointer_cast<SearchController>(presentedViewController()))
         coder.encode(kSearchKey, search->query());
+    const auto preview = std::dynamic_pointer_cast<PreviewController>(topViewController());
+    if (preview && preview->currentPreviewItem() && preview->place() > 0) {
+        coder.encode(kDocumentKey, *preview->currentPreviewItem());
+        coder.encode(kPlaceKey, preview->place());
+    }
     if (list->editing()) {
         coder.encode(kEditingKey, true);
         coder.encode(kSelectionKey, selectionOf(*list));
@@ -79,6 +88,10 @@ void NavController::encodeSession(StateCoder& coder) const
 
 void NavController::decodeSession(const StateCoder& coder)
 {
+    const auto document = coder.decode(kDocumentKey);
+    const auto place = coder.decode(kPlaceKey);
+    if (document.get<URL>() && place.get<double>())
+        placeToComeBackTo_ = {*document.get<URL>(), *place.get<double>()};
     const auto stored = coder.decode(kFolderKey);
     const auto* folder = stored.get<URL>();
     const auto nearest = folder ? nearestFolder(*folder) : std::nullopt;
@@ -94,6 +107,15 @@ void NavController::decodeSession(const StateCoder& coder)
     } else if (const auto search = coder.decode(kSearchKey); const auto* query = search.get<std::string>()) {
         list->startSearch(*query);
     }
+}
+
+/// Once the document is shown, if it is the same.
+void NavController::comeBackToPlace()
+{
+    const auto place = std::exchange(placeToComeBackTo_, std::nullopt);
+    const auto preview = GlanciaItemController::defaultController();
+    if (place && preview->currentPreviewItem() == place->document)
+        preview->setPlace(place->place);
 }
 
 /// Once the list has the items.

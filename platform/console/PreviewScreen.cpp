@@ -4,6 +4,7 @@
 #include "platform/console/ScreenControls.h"
 #include "platform/documents/PreviewController.h"
 #include "platform/documents/TextContent.h"
+#include "platform/text/FilledText.h"
 #include "platform/text/TextServices.h"
 
 #include <algorithm>
@@ -24,6 +25,16 @@ std::string pixels(const Size& size)
     return std::to_string(static_cast<int>(size.width)) + " × " + std::to_string(static_cast<int>(size.height));
 }
 
+/// The page at the top is told once it is not the first.
+std::vector<std::string> pageParts(int count, double place)
+{
+    std::vector<std::string> parts = {"pdf", counted(".DICT.PAGES.%d", static_cast<std::uint64_t>(count))};
+    const auto page = static_cast<int>(std::min<double>(place, std::max(0, count - 1))) + 1;
+    if (page > 1)
+        parts.push_back(localizedFilledText("Page %@ of %@", {std::to_string(page), std::to_string(count)}));
+    return parts;
+}
+
 /// What kind of content is shown, and how much of it.
 std::vector<std::string> contentParts(const PreviewController& preview)
 {
@@ -36,7 +47,7 @@ std::vector<std::string> contentParts(const PreviewController& preview)
     case ContentKind::Image:
         return {"image", pixels(facts.size)};
     case ContentKind::Pages:
-        return {"pdf", counted(".DICT.PAGES.%d", static_cast<std::uint64_t>(facts.count))};
+        return pageParts(facts.count, preview.place());
     default:
         return {preview.detail()};
     }

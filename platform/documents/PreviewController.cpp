@@ -3,10 +3,12 @@
 #include "platform/base/Platform.h"
 #include "platform/documents/DocumentIcon.h"
 #include "platform/documents/TextContent.h"
-#include "platform/run/MainQueue.h"
 #include "platform/text/TextServices.h"
+#include "platform/ui/Application.h"
 #include "platform/ui/Device.h"
 
+#include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace tessel {
@@ -121,6 +123,7 @@ void PreviewController::forget()
     description_.reset();
     isReadingWanted_ = true;
     wasLost_ = false;
+    place_ = 0;
 }
 
 void PreviewController::stopReading()
@@ -270,6 +273,17 @@ bool PreviewController::isBusy() const
 {
     const bool isToBeRead = isReadingWanted_ && isOnScreen_ && shown_;
     return isToBeRead || isReading() || (content_.text && !content_.text->isComplete());
+}
+
+void PreviewController::setPlace(double place)
+{
+    constexpr double kSecondsOfRest = 0.3;
+    const auto before = std::exchange(place_, std::isfinite(place) ? std::max(0.0, place) : 0);
+    if (place_ == before)
+        return;
+    placeTold_.cancel();
+    placeTold_ = DispatchQueue::main().after(
+        kSecondsOfRest, [] { platform::installed().notifications.post(kScreenDidChangeNotification); });
 }
 
 void PreviewController::tellShells()

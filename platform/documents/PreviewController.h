@@ -3,6 +3,7 @@
 #include "platform/base/URL.h"
 #include "platform/documents/DocumentDecoder.h"
 #include "platform/documents/DocumentReader.h"
+#include "platform/run/MainQueue.h"
 #include "platform/ui/Image.h"
 #include "platform/ui/ViewController.h"
 
@@ -93,6 +94,13 @@ public:
     /// Whether there is more to come.
     [[nodiscard]] bool isBusy() const;
 
+    /// Where the user has come to in the document: pages or rows of a text that have gone by, with the part of the one
+    /// at the top, or seconds of sound and films. Shells begin there when they show a document. 0 for another document,
+    /// and once the preview has left its stack.
+    [[nodiscard]] double place() const { return place_; }
+    /// Tells what a restart is to bring back (`kScreenDidChangeNotification`), soon. What is no place is the beginning.
+    void setPlace(double);
+
     /// A shell found that the content cannot be painted. What is gone is looked for once more: it may have been
     /// evicted from the device.
     void contentHasProblem(ContentProblem);
@@ -124,6 +132,8 @@ private:
     std::string failure_; ///< a sentence for the user
     bool isOnScreen_ = false;
     bool isReadingWanted_ = true;
+    double place_ = 0;
+    MainQueue::DelayedTask placeTold_;
     bool wasLost_ = false; ///< the content was gone since the document has been shown
     std::shared_ptr<DocumentReader::Opening> opening_;
     std::optional<DocumentDecoder::Ticket> inspection_;

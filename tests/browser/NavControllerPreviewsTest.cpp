@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <filesystem>
 #include <fstream>
 #include <thread>
@@ -120,6 +121,31 @@ TEST_F(NavControllerPreviewsTest, ChoosesTheViewByWhatTheDocumentIs)
     navigation()->pressBack();
     platform.settle();
     EXPECT_EQ(manager->detailsViewController, nullptr);
+}
+
+TEST_F(NavControllerPreviewsTest, ThePlaceInADocumentComesBackWithThatDocumentOnly)
+{
+    open("Report.txt");
+    preview()->setPlace(12.25);
+    StateCoder state;
+    StateCoder session;
+    navigation()->encodeRestorableState(state);
+    navigation()->encodeSession(session);
+    const auto comeBack = [&](const char* key, const Value& value) {
+        navigation()->pressBack();
+        platform.settle();
+        auto values = session.values();
+        values[key] = value;
+        navigation()->decodeSession(StateCoder(values));
+        navigation()->decodeRestorableState(state);
+        platform.settle();
+        return preview()->place();
+    };
+    EXPECT_EQ(comeBack("place", 12.25), 12.25);
+    EXPECT_EQ(comeBack("document", drive.url("Notes.txt")), 0);
+    for (const auto& damaged : {Value(-3.0), Value(std::nan("")), Value("12"), Value(Value::Array{1.0}), Value()})
+        EXPECT_EQ(comeBack("place", damaged), 0);
+    EXPECT_EQ(preview()->currentPreviewItem(), drive.url("Report.txt"));
 }
 
 TEST_F(NavControllerPreviewsTest, ABurstOfChangesIsOneRefresh)

@@ -135,8 +135,9 @@ void Playing::loaded()
     hasVideo_ = player_->hasVideo();
     if (hasVideo_ && !isPlayWanted_)
         player_->pause(); // has the first picture shown
-    if (target_)
-        seek(*std::exchange(target_, std::nullopt));
+    const auto target = std::exchange(target_, std::nullopt);
+    if (target && (duration_ <= 0 || *target < duration_)) // what has become shorter begins anew
+        seek(*target);
     if (isPlayWanted_)
         play();
     QTimer::singleShot(kFirstPicture, player_.get(), [this] {

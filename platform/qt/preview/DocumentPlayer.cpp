@@ -72,7 +72,8 @@ void DocumentPlayer::follow()
     if (player_ && isSameDocument && reading_ == preview_->reading())
         return;
     if (!isSameDocument) {
-        position_ = seconds_ = 0;
+        position_ = preview_->place();
+        seconds_ = 0;
         picture_ = {};
         hasVideo_ = preview_->kind() == DocumentPreview::Video;
     }
@@ -114,8 +115,18 @@ void DocumentPlayer::playerChanged()
         hasVideo_ = state.hasVideo;
         seconds_ = state.seconds;
         position_ = state.position;
+        tellPlace(state);
     }
     emit changed();
+}
+
+/// Now and then, while it goes on.
+void DocumentPlayer::tellPlace(const MediaState& state)
+{
+    constexpr double kOften = 5; // seconds
+    const auto place = state.hasEnded ? 0 : state.position;
+    if (preview_ && (!state.isPlaying || std::abs(place - preview_->place()) >= kOften))
+        preview_->setPlace(place);
 }
 
 void DocumentPlayer::showPicture(const ContentPicture& picture)

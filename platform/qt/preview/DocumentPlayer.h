@@ -63,6 +63,7 @@ private:
     void open();
     void close();
     void playerChanged();
+    void tellPlace(const MediaState&);
     void showPicture(const ContentPicture&);
     void tellSize();
 

@@ -82,6 +82,25 @@ void DocumentPreview::pressButton()
         controller->pressButton();
 }
 
+double DocumentPreview::place() const
+{
+    const auto controller = controllerShowingThis();
+    return controller ? controller->place() : 0;
+}
+
+void DocumentPreview::setPlace(double place) const
+{
+    if (const auto controller = controllerShowingThis())
+        controller->setPlace(place);
+}
+
+std::shared_ptr<PreviewController> DocumentPreview::controllerShowingThis() const
+{
+    auto controller = controller_.lock();
+    const bool isShown = controller && controller->isVisible() && controller->state() == PreviewState::Shown;
+    return isShown && controller->currentPreviewItem() == url_ ? controller : nullptr;
+}
+
 QString DocumentPreview::pageText(int index) const
 {
     const QLocale locale;

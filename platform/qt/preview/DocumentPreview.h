@@ -62,6 +62,9 @@ public:
     [[nodiscard]] QString fixedFont() const;
 
     Q_INVOKABLE void pressButton();
+    /// The controller's place. What is not on screen, or belongs to another document, has none, and is not told.
+    [[nodiscard]] Q_INVOKABLE double place() const;
+    Q_INVOKABLE void setPlace(double) const;
     /// "Page 3 of 12". @param index from 0
     [[nodiscard]] Q_INVOKABLE QString pageText(int index) const;
 
@@ -74,6 +77,7 @@ signals:
     void changed();
 
 private:
+    [[nodiscard]] std::shared_ptr<PreviewController> controllerShowingThis() const;
     void syncContent(const PreviewController&);
     template <typename T>
     void assign(T& property, T value)

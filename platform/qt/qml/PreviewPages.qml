@@ -144,6 +144,12 @@ PinchArea {
         }
     }
 
+    PlaceKeeper {
+        objectName: "placeKeeper"
+        view: pages
+        preview: view.preview
+    }
+
     ScrollThumb {
         view: pages
     }

@@ -86,6 +86,14 @@ ListView {
         Accessible.name: text
     }
 
+    PlaceKeeper {
+        view: view
+        preview: view.preview
+        base: view.base
+        total: view.total
+        show: row => view.go(row)
+    }
+
     WheelScroll {
         id: scroll
 

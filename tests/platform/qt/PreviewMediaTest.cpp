@@ -87,6 +87,20 @@ TEST_F(PreviewMediaTest, SoundKeepsItsPlaceWhenItIsReadAnew)
     EXPECT_TRUE(player()->isPlaying());
 }
 
+TEST_F(PreviewMediaTest, BeginsPausedWhereTheUserWas)
+{
+    document = platform.drive.file("Tone.wav", media::tone(20));
+    preview->dataSource = this;
+    preview->reloadData();
+    preview->setPlace(7);
+    openPreview(*document);
+    ASSERT_TRUE(isReady());
+    EXPECT_EQ(text("elapsed"), "0:07");
+    EXPECT_FALSE(player()->isPlaying());
+    player()->seek(12);
+    EXPECT_NEAR(preview->place(), 12, 0.1);
+}
+
 TEST_F(PreviewMediaTest, WhatIsDamagedHasAPageThatSaysSo)
 {
     openPreview(platform.drive.file("Film.avi", "no film at all"));

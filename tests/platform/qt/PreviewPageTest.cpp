@@ -1,5 +1,6 @@
 #include "platform/documents/PreviewController.h"
 #include "platform/qt/preview/DocumentPicture.h"
+#include "platform/ui/Application.h"
 #include "tests/platform/qt/SceneFixture.h"
 #include "tests/support/PaintedDocuments.h"
 
@@ -45,6 +46,7 @@ protected:
         return becomes([&] { return picture() && picture()->isPainted(); });
     }
 
+    int saves = 0;
     PaintedDocuments decoder{platform.services().mainQueue};
     platform::Scope decoderScope{servicesWith(decoder)};
     std::optional<URL> document;
@@ -192,6 +194,53 @@ TEST_F(PreviewPageTest, OfManyPagesThoseInSightArePainted)
     tap({200, 300});
     EXPECT_TRUE(becomes([&] { return view->property("zoom").toDouble() > 2; }));
     EXPECT_TRUE(becomes([&] { return decoder.wishes.back().part && decoder.wishes.back().index == 0; }));
+}
+
+TEST_F(PreviewPageTest, BeginsAtThePlaceThatTheControllerKnowsAndTellsWhereTheUserGoes)
+{
+    decoder.known["Book.pdf"] = {ContentKind::Pages, {}, {595, 842}, 12, 0};
+    document = platform.drive.file("Book.pdf", "%PDF");
+    preview->dataSource = this;
+    preview->reloadData();
+    preview->setPlace(6.1);
+    const auto saved = platform.services().notifications.observe(kScreenDidChangeNotification, [this] { ++saves; });
+    openPreview(*document, "previewPages");
+    const auto label = [this] { return item("pageLabel")->property("text"); };
+    EXPECT_TRUE(becomes([&] { return label() == "Page 7 of 12"; }));
+    EXPECT_NEAR(preview->place(), 6.1, 0.02);
+
+    const auto at = [this] { return item("pageList")->property("contentY").toDouble(); };
+    const auto before = at();
+    scene->window()->resize(scene->window()->width() + 100, scene->window()->height());
+    EXPECT_TRUE(becomes([&] { return at() != before && label() == "Page 7 of 12"; })) << "of larger pages the same";
+    EXPECT_NEAR(preview->place(), 6.1, 0.02);
+
+    platform.turn(1);
+    saves = 0;
+    key(Qt::Key_Home);
+    key(Qt::Key_PageDown);
+    EXPECT_TRUE(becomes([&] { return preview->place() > 0.5 && preview->place() < 2 && saves > 0; }));
+}
+
+TEST_F(PreviewPageTest, ALongTextBeginsAtItsPlaceOnceThatIsFound)
+{
+    document = platform.drive.file("Log.txt", numberedLines(300'000, "line"));
+    preview->dataSource = this;
+    preview->reloadData();
+    preview->setPlace(250'000.5);
+    auto* const list = openPreview(*document, "previewText");
+    EXPECT_TRUE(becomes([&] { return topLine(list) == "line 250000"; }));
+    EXPECT_NEAR(preview->place(), 250'000.5, 0.1);
+
+    preview->setPlace(1e300); // damaged, or of a text that was longer
+    platform.drive.file("Short.txt", numberedLines(500, "line"));
+    document = platform.drive.url("Short.txt");
+    preview->reloadData();
+    EXPECT_EQ(preview->place(), 0) << "another document's";
+    preview->setPlace(1e300);
+    ASSERT_TRUE(becomes([&] { return item("previewText") && topLine(item("previewText")) == "line 0"; }));
+    key(Qt::Key_End);
+    EXPECT_TRUE(becomes([&] { return preview->place() > 400 && preview->place() < 500; }));
 }
 
 TEST_F(PreviewPageTest, SaysWhatIsWrongAndOffersToTryAgain)
