@@ -202,6 +202,7 @@ int main(int argc, char* argv[])
     LinuxPlatformOptions platformOptions;
     platformOptions.home = options->home;
     platformOptions.drive = options->drive;
+    platformOptions.keepsRecents = options->home.empty() && !options->drive;
     const auto platform = LinuxPlatform::create(platformOptions);
     if (!platform)
         return fail(platform.error());

@@ -5,6 +5,7 @@
 #include "platform/linux/StartFolders.h"
 #include "platform/linux/apps/DesktopApplications.h"
 #include "platform/linux/apps/DesktopSharing.h"
+#include "platform/linux/apps/RecentDocuments.h"
 #include "platform/linux/cloud/CatalogStorage.h"
 #include "platform/linux/cloud/DocumentStore.h"
 #include "platform/linux/cloud/ExampleDrive.h"
@@ -73,6 +74,14 @@ struct LinuxPlatform::Parts {
         return std::nullopt;
     }
 
+    void keepRecents(const DesktopFolders& desktop)
+    {
+        recents.emplace(desktop,
+                        RecentDocumentsServices{notifications, log, text, types, *cloud, cloud->documentIdentifiers()});
+        apps.documentOpened = [this](const URL& document) { recents->add(document); };
+        activities->becameCurrent = [this](const ContinuationActivity& activity) { recents->add(activity); };
+    }
+
     SystemClock systemClock;
     Clock& clock;
     MainQueue mainQueue{clock};
@@ -95,6 +104,7 @@ struct LinuxPlatform::Parts {
     ProcessDecoder decoder;
     Device device;
     std::unique_ptr<LocalCloudService> cloud;
+    std::optional<RecentDocuments> recents;
     std::optional<FileActivities> activities;
     std::optional<LocalQuota> quota;
     std::optional<CatalogStorage> storage;
@@ -120,6 +130,8 @@ Result<std::unique_ptr<LinuxPlatform>> LinuxPlatform::create(const LinuxPlatform
     parts->unfinished.clearUp();
     if (auto error = parts->connect(*home, drive))
         return *std::move(error);
+    if (options.keepsRecents)
+        parts->keepRecents(options.desktop ? *options.desktop : DesktopFolders::ofUser());
     return std::unique_ptr<LinuxPlatform>(new LinuxPlatform(std::move(parts)));
 }
 

@@ -18,8 +18,9 @@ struct LinuxPlatformOptions {
     Clock* clock = nullptr;           ///< outlives the platform; null: the system's
     std::string locale;               ///< as ICU names it; empty: the user's
     std::optional<DesktopFolders> desktop = std::nullopt; ///< where applications are looked for; none: the user's
-    std::string decoder = {}; ///< the program that reads documents; empty: where this one has it
-    std::string player = {};  ///< the program that plays them, likewise
+    std::string decoder = {};  ///< the program that reads documents; empty: where this one has it
+    std::string player = {};   ///< the program that plays them, likewise
+    bool keepsRecents = false; ///< the last documents become actions of the program's icon
 };
 
 /// Every service, on Linux, over the files of one home. Made, used and destroyed on the main thread. Several programs

@@ -12,6 +12,7 @@ constexpr const char* kName = "orvane.TesselDrive";
 constexpr const char* kApplicationPath = "/orvane/TesselDrive";
 constexpr const char* kSearchPath = "/orvane/TesselDrive/SearchProvider";
 constexpr const char* kFilesPath = "/org/freedesktop/FileManager1";
+constexpr QLatin1String kRecent("recent");
 
 std::string tokenIn(const QVariantMap& platformData)
 {
@@ -19,11 +20,14 @@ std::string tokenIn(const QVariantMap& platformData)
     return (token.isEmpty() ? platformData.value("desktop-startup-id").toString() : token).toStdString();
 }
 
-/// A document's number as D-Bus may tell it: as a number, or in digits.
-std::optional<std::int64_t> numberIn(const QVariantList& parameter)
+/// A document's number as D-Bus may tell it: as a number, or in digits, which may also stand behind the action's name.
+std::optional<std::int64_t> numberIn(const QString& name, const QVariantList& parameter)
 {
+    if (!name.startsWith(kRecent))
+        return std::nullopt;
+    const QVariant digits = name.mid(kRecent.size());
     bool isNumber = false;
-    const auto number = parameter.isEmpty() ? 0 : parameter.front().toULongLong(&isNumber);
+    const auto number = (name == kRecent && !parameter.isEmpty() ? parameter.front() : digits).toULongLong(&isNumber);
     return isNumber ? std::optional(static_cast<std::int64_t>(number)) : std::nullopt;
 }
 
@@ -72,10 +76,9 @@ void ApplicationCalls::ActivateAction(const QString& name, const QVariantList& p
                                       const QVariantMap& platformData)
 {
     auto request = requestFor({}, tokenIn(platformData));
-    const auto number = numberIn(parameter);
     if (name == "search")
         request.shortcut = ShortcutItem{ShortcutItem::kSearch, {}};
-    else if (name == "recent" && number)
+    else if (const auto number = numberIn(name, parameter))
         request.shortcut =
             ShortcutItem{ShortcutItem::kRecentDocument, {{ShortcutItem::kDocumentIdentifierKey, *number}}};
     handler_(request);

@@ -17,7 +17,7 @@ namespace tessel::qt {
 using RequestHandler = std::function<void(const OutsideRequest&)>;
 
 /// org.freedesktop.Application: how the desktop starts the program, has it open something, or presses one of its
-/// shortcuts: "search", and "recent" with a document's number.
+/// shortcuts: "search", and "recent" with a document's number, as a parameter or in the name.
 class ApplicationCalls final : public QDBusAbstractAdaptor {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")

@@ -8,6 +8,7 @@ desktop_calls.py PROGRAM ends with 77 where what that takes is not installed, an
 import os
 import pathlib
 import random
+import re
 import shutil
 import subprocess
 import sys
@@ -47,6 +48,22 @@ def any_value(dice, depth=0):
         "a{sv}": lambda: GLib.Variant("a{sv}", {text: any_value(dice, depth + 1), "activation-token": any_value(dice, 2)}),
         "av": lambda: GLib.Variant("av", [any_value(dice, depth + 1)]),
     }[kind]()
+
+
+def walk_recents(desktop, plan):
+    """The last documents are actions of the program's icon, for whoever is signed in, and the user's entry is theirs."""
+    entry = pathlib.Path(os.environ["XDG_DATA_HOME"]) / "applications/orvane.TesselDrive.desktop"
+    desktop.soon(lambda: entry.exists() and "\nName=Plan.txt\n" in entry.read_text(), "the document in the user's entry")
+    if shutil.which("desktop-file-validate"):
+        subprocess.run(["desktop-file-validate", entry], check=True)
+    action = re.search("^Actions=search;(recent[0-9]+);$", entry.read_text(), re.MULTILINE).group(1)
+    nothing = GLib.Variant("a{sv}", {}).unpack()
+    desktop.call(APPLICATION, "ActivateAction", GLib.Variant("(sava{sv})", (action, [], nothing)))
+    desktop.logged(f"Shortcut recent document: {plan}")
+    console = [desktop.program, "--console", "--log", "off"]
+    subprocess.run(console, input="sign-out\nsettle\n", text=True, check=True, stdout=subprocess.DEVNULL)
+    desktop.soon(lambda: not entry.exists(), "the user's entry to go with the account")
+    subprocess.run(console, input="sign-in Ana\n", text=True, check=True, stdout=subprocess.DEVNULL)
 
 
 class Desktop:
@@ -106,6 +123,7 @@ def use(desktop):
     desktop.call(APPLICATION, "Activate", GLib.Variant("(a{sv})", (nothing,)))
     desktop.call(APPLICATION, "Open", GLib.Variant("(asa{sv})", ([plan], nothing)))
     desktop.logged("Plan.txt, options")
+    walk_recents(desktop, plan)
     desktop.call(APPLICATION, "ActivateAction", GLib.Variant("(sava{sv})", ("search", [], nothing)))
     desktop.logged("Pressa: Search")
     desktop.call(FILES, "ShowItemProperties", GLib.Variant("(ass)", ([plan], "")))
@@ -159,8 +177,13 @@ def main():
         print("skipped: there is no dbus-run-session")
         return SKIPPED
     with tempfile.TemporaryDirectory() as folder:
+        installed = pathlib.Path(folder) / "installed" / "applications"
+        installed.mkdir(parents=True)
+        packaging = pathlib.Path(__file__).resolve().parents[2] / "packaging"
+        shutil.copy(packaging / "orvane.TesselDrive.desktop", installed)
         environment = dict(os.environ, HOME=folder, XDG_DATA_HOME=folder + "/data", XDG_RUNTIME_DIR=folder,
                            XDG_CACHE_HOME=folder + "/cache", XDG_CONFIG_HOME=folder + "/config",
+                           XDG_DATA_DIRS=f"{installed.parent}:/usr/local/share:/usr/share",
                            QT_QPA_PLATFORM="offscreen")
         return subprocess.run(["dbus-run-session", "--", sys.executable, __file__, INSIDE, sys.argv[1]],
                               env=environment, check=False).returncode

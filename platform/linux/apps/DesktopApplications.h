@@ -6,6 +6,7 @@
 #include "platform/run/OperationQueue.h"
 
 #include <atomic>
+#include <functional>
 
 namespace tessel {
 
@@ -39,6 +40,9 @@ public:
 
     /// Drops the downloads that are under way.
     ~DesktopApplications() override { isStopping_ = true; }
+
+    /// Told on the main thread of each document that an application was started with.
+    std::function<void(const URL&)> documentOpened;
 
     [[nodiscard]] std::shared_ptr<const ApplicationRecord> application(
         std::string_view bundleIdentifier) const override;

@@ -106,7 +106,10 @@ std::optional<Error> DesktopApplications::start(const std::string& bundleIdentif
     const auto program = entry ? programOf(*entry) : std::nullopt;
     if (!program || !entry->exec->takesDocument())
         return errnoError(program ? EINVAL : ENOENT, URL::file(bundleIdentifier));
-    return start(*entry, *program, document, {});
+    auto error = start(*entry, *program, document, {});
+    if (!error && documentOpened)
+        documentOpened(document);
+    return error;
 }
 
 std::optional<Error> DesktopApplications::start(const DesktopEntry& entry, const std::string& program,

@@ -56,9 +56,13 @@ FileActivities::~FileActivities()
 
 void FileActivities::becomeCurrent(const std::shared_ptr<const ContinuationActivity>& activity)
 {
-    const std::lock_guard lock(mutex_);
-    current_ = activity;
-    queue_->addOperation([this] { keepCurrent(); });
+    {
+        const std::lock_guard lock(mutex_);
+        current_ = activity;
+        queue_->addOperation([this] { keepCurrent(); });
+    }
+    if (activity && becameCurrent)
+        becameCurrent(*activity);
 }
 
 void FileActivities::resignCurrent(const ContinuationActivity& activity)

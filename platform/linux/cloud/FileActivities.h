@@ -5,6 +5,7 @@
 #include "platform/linux/files/FileDescriptor.h"
 #include "platform/run/OperationQueue.h"
 
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -32,6 +33,9 @@ public:
     /// The services outlive this one. @param folder made with the first activity
     FileActivities(URL folder, const CloudService&, UnifiedLog&);
     ~FileActivities() override;
+
+    /// Told of each activity that becomes current, on the thread that says so.
+    std::function<void(const ContinuationActivity&)> becameCurrent;
 
     void becomeCurrent(const std::shared_ptr<const ContinuationActivity>&) override;
     void resignCurrent(const ContinuationActivity&) override;
