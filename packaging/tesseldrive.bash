@@ -21,7 +21,7 @@ _tesseldrive()
             ;;
     esac
     if [[ $word == -* ]]; then
-        mapfile -t COMPREPLY < <(compgen -W "--home --drive --console --json --new-instance --shortcut --run-test
+        mapfile -t COMPREPLY < <(compgen -W "--home --drive --console --json --new-instance --continue --shortcut --run-test
             --option --gallery --log --log-level --log-private --help --version" -- "$word")
     else
         mapfile -t COMPREPLY < <(compgen -f -- "$word")

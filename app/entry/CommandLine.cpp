@@ -21,6 +21,7 @@ constexpr Flag kFlags[] = {
     {"--json", &CommandLine::json},
     {"--log-private", &CommandLine::showPrivateLogArguments},
     {"--new-instance", &CommandLine::newInstance},
+    {"--continue", &CommandLine::continuesOthers},
     {"--dbus-service", &CommandLine::dbusService},
 };
 
@@ -131,6 +132,7 @@ that is open come to the front. A DOCUMENT, a URL or a path in the drive, is sho
                      ("help" lists them on a terminal); scripts give it always
   --json             print each screen of the console as one JSON object
   --new-instance     open another window, whatever runs already
+  --continue         open another window, with the document that is looked at in one that runs
   --shortcut WHAT    begin with "search", or with the document of "recent:ID"
   --run-test NAME    measure a test, such as "ScrollRows", with --option KEY=VALUE: container, iterations,
                      delta

@@ -20,6 +20,7 @@ struct CommandLine {
     bool json = false;
     bool showPrivateLogArguments = false;
     bool newInstance = false;         ///< a window of its own, whatever runs already
+    bool continuesOthers = false;     ///< begins with what the user looks at in another instance
     bool dbusService = false;         ///< started by the session's bus, which tells later what is wanted
     std::string home;                 ///< empty: the default place
     std::optional<std::string> drive; ///< an existing folder to show as the drive

@@ -3,7 +3,9 @@
 #include "app/entry/CommandLine.h"
 #include "app/entry/Gallery.h"
 #include "files/FileUtils.h"
+#include "platform/base/ControlCharacters.h"
 #include "platform/base/URLComponents.h"
+#include "platform/cloud/ActivityService.h"
 #include "platform/cloud/CloudService.h"
 #include "platform/console/ConsoleShell.h"
 #include "platform/linux/LinuxPlatform.h"
@@ -78,11 +80,33 @@ ConsoleOptions consoleOptions(const CommandLine& options, const TerminalLineSour
             .columns = [&input] { return input.columns(); }};
 }
 
+/// Continues what the user does in another instance. @returns whether there is anything
+bool continueFromOthers(Application& application)
+{
+    const auto activity = platform::installed().activities.newestOfOthers();
+    if (activity)
+        return application.continueActivity({activity->type, activity->userInfo});
+    application.failToContinue(ContinuationActivity::kViewing, activity.error());
+    return false;
+}
+
+/// What the command line asks for. What cannot be shown is told to whoever has asked.
+void openDocuments(Application& application, const CommandLine& options)
+{
+    for (const auto& url : perform(application, {.urls = options.documents, .shortcut = {}, .activationToken = {}})) {
+        const auto components = URLComponents::parse(url);
+        std::cerr << "tesseldrive: Cannot show " << escapingControlCharacters(components ? components->path : url)
+                  << ": the drive has no such document\n";
+    }
+    if (options.continuesOthers && !continueFromOthers(application))
+        std::cerr << "tesseldrive: Nothing is looked at elsewhere\n";
+}
+
 void runInConsole(Application& application, const CommandLine& options)
 {
     TerminalLineSource input(DispatchQueue::main(), STDIN_FILENO);
     application.launch({options.shortcut});
-    perform(application, {.urls = options.documents, .shortcut = {}, .activationToken = {}});
+    openDocuments(application, options);
     ConsoleShell(application, input, std::cout, consoleOptions(options, input)).run();
 }
 
@@ -108,7 +132,7 @@ bool runInWindow(Application& application, const CommandLine& options, std::uniq
     const EndSignals endSignals;
     const auto shell = std::make_shared<WindowShell>(endSignals.descriptor());
     application.launch({options.shortcut});
-    perform(application, {.urls = options.documents, .shortcut = {}, .activationToken = {}});
+    openDocuments(application, options);
     if (options.runTest)
         application.runTest(*options.runTest, options.testOptions);
     if (instance)
@@ -162,7 +186,7 @@ void makeURLs(std::vector<std::string>& documents)
 SingleInstance::Claim claimPlace(const CommandLine& options)
 {
     const auto home = homeFolder(options.home);
-    if (!home || options.newInstance || options.gallery || options.runTest)
+    if (!home || options.newInstance || options.continuesOthers || options.gallery || options.runTest)
         return {};
     return SingleInstance::claim(coordinationFolder(*home), home->path() + '\n' + options.drive.value_or(std::string()),
                                  requestOf(options));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/base/Error.h"
 #include "platform/base/Value.h"
 
 #include <memory>
@@ -28,6 +29,9 @@ public:
     virtual void becomeCurrent(const std::shared_ptr<const ContinuationActivity>&) = 0;
     /// Nothing when another one is current by now.
     virtual void resignCurrent(const ContinuationActivity&) = 0;
+    /// The one that became current last in another instance of the same account; reads files.
+    /// @returns a no-such-file error where there is none, or why it cannot be read
+    [[nodiscard]] virtual Result<ContinuationActivity> newestOfOthers() const = 0;
 };
 
 } // namespace tessel

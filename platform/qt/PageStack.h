@@ -26,6 +26,7 @@ public:
     /// Follows the stack, and reads every page again. No stack has no pages.
     void sync(const NavigationController*, BarItems&);
     void setDark(bool);
+
 protected:
     Presence* make(const std::shared_ptr<ViewController>&) override;
     bool covers(const Presence&) const override { return true; }

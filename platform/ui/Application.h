@@ -95,6 +95,11 @@ public:
     void performShortcut(const ShortcutItem& item) { delegate_.applicationPerformActionForShortcutItem(item); }
     /// @returns whether the program knows such activities
     bool continueActivity(const UserActivity&);
+    /// Tells that an activity, which the user wanted to continue, cannot be had from where it is.
+    void failToContinue(const std::string& type, const Error& error)
+    {
+        delegate_.applicationDidFailToContinueUserActivityWithType(type, error);
+    }
     bool runTest(const std::string& name, const TestOptions& options)
     {
         return delegate_.applicationRunTest(name, options);

@@ -20,14 +20,17 @@ std::string applicationURLOf(const std::string& url, const std::string& mode)
     return components && components->scheme == "file" ? applicationURL(components->path, mode) : url;
 }
 
-void perform(Application& application, const OutsideRequest& request)
+std::vector<std::string> perform(Application& application, const OutsideRequest& request)
 {
     if (request.shortcut)
         application.performShortcut(*request.shortcut);
     if (request.activity)
         application.continueActivity(*request.activity);
+    std::vector<std::string> refused;
     for (const auto& url : request.urls)
-        application.openURL(applicationURLOf(url));
+        if (!application.openURL(applicationURLOf(url)))
+            refused.push_back(url);
+    return refused;
 }
 
 } // namespace tessel

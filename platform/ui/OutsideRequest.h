@@ -22,6 +22,7 @@ struct OutsideRequest {
 [[nodiscard]] std::string applicationURLOf(const std::string& url, const std::string& mode = {});
 
 /// Has the application do what is asked, but for coming to the front.
-void perform(Application&, const OutsideRequest&);
+/// @returns the URLs of which nothing could be shown
+std::vector<std::string> perform(Application&, const OutsideRequest&);
 
 } // namespace tessel

@@ -7,6 +7,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <memory>
 #include <random>
 #include <thread>
@@ -17,8 +18,11 @@ namespace {
 using testing::AllOf;
 using testing::AnyOf;
 using testing::Contains;
+using testing::HasSubstr;
+using testing::Not;
 using testing::StartsWith;
 
+namespace fs = std::filesystem;
 using Lines = std::vector<std::string>;
 
 /// The program, killed and started again over the same home.
@@ -79,6 +83,31 @@ TEST_F(SessionTest, ComesBackToAPreviewAndFromOneThatWasLeft)
     does("back");
     killAndStart();
     EXPECT_THAT(program->screen(), Contains("title: Tessel Drive"));
+}
+
+TEST_F(SessionTest, ContinuesWhatIsLookedAtInAnotherInstance)
+{
+    const auto continued = [&] {
+        const auto log = folder.url("log");
+        fs::remove(log.path());
+        const auto other =
+            Program::run({"--console", "--log", log.path(), "--log-private", "--home", folder.url("home").path(),
+                          "--drive", folder.url("drive").path(), "--continue"},
+                         "settle\n");
+        std::ifstream lines(log.path());
+        return other.error + std::string(std::istreambuf_iterator<char>(lines), {});
+    };
+    EXPECT_THAT(continued(), HasSubstr("Nothing is looked at elsewhere"));
+    does("action Top.txt Info");
+    const fs::path activities = folder.url("home/activities").path();
+    while (!fs::exists(activities) || fs::is_empty(activities)) // written on another thread
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    EXPECT_THAT(continued(), AllOf(HasSubstr("Relaya document URL: file://" + folder.url("drive/Top.txt").path()),
+                                   Not(HasSubstr("elsewhere"))));
+
+    std::fstream(fs::directory_iterator(activities)->path(), std::ios::in | std::ios::out) << "no archive";
+    EXPECT_THAT(continued(),
+                AllOf(HasSubstr("activity type is orvane.quillbox.viewing: Error"), HasSubstr("elsewhere")));
 }
 
 TEST_F(SessionTest, ComesBackToTheNearestFolderThatIsLeft)

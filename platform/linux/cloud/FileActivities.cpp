@@ -5,6 +5,7 @@
 #include "platform/linux/base/ErrnoError.h"
 #include "platform/linux/files/AtomicFile.h"
 #include "platform/log/UnifiedLog.h"
+#include "platform/text/GeneralError.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -12,6 +13,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <utility>
@@ -19,6 +21,8 @@
 namespace tessel {
 
 namespace {
+
+constexpr std::size_t kMostBytes = 64 * 1024;
 
 std::optional<Error> makeFolder(const URL& folder)
 {
@@ -33,6 +37,13 @@ FileDescriptor locked(const URL& file)
     if (descriptor.isOpen())
         (void)::flock(descriptor.get(), LOCK_EX | LOCK_NB);
     return descriptor;
+}
+
+/// Whether a running program has the file.
+bool isCurrent(const URL& file)
+{
+    const FileDescriptor descriptor(::open(file.path().c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+    return descriptor.isOpen() && ::flock(descriptor.get(), LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK;
 }
 
 } // namespace
@@ -94,6 +105,44 @@ void FileActivities::keepCurrent()
     if (error)
         return log_.write(LogLevel::Error, "Cannot write %@: %@", file_, error);
     written_ = locked(file_);
+}
+
+std::optional<URL> FileActivities::newestFileOfOthers() const
+{
+    namespace fs = std::filesystem;
+    std::optional<URL> newest;
+    fs::file_time_type newestTime;
+    std::error_code ignored;
+    for (const auto& entry : fs::directory_iterator(folder_.path(), ignored)) {
+        const auto file = URL::file(entry.path().string());
+        const auto time = entry.last_write_time(ignored);
+        if (file == file_ || (newest && time <= newestTime) || !isCurrent(file))
+            continue;
+        newest = file;
+        newestTime = time;
+    }
+    return newest;
+}
+
+Result<ContinuationActivity> FileActivities::newestOfOthers() const
+{
+    const auto file = newestFileOfOthers();
+    if (!file)
+        return generalError(ErrorCode::kNoSuchFile);
+    const auto text = readSmallFile(*file, kMostBytes);
+    if (!text)
+        return text.error();
+    const auto value = keyedArchive::unarchived(*text);
+    const auto* const entries = value ? value->get<Value::Dictionary>() : nullptr;
+    const auto entry = [&](const char* key) { return entries && entries->contains(key) ? &entries->at(key) : nullptr; };
+    const auto* const type = entry("type") ? entry("type")->get<std::string>() : nullptr;
+    const auto* const account = entry("account") ? entry("account")->get<Data>() : nullptr;
+    const auto* const information = entry("userInfo") ? entry("userInfo")->get<Value::Dictionary>() : nullptr;
+    if (!type || !account || !information)
+        return generalError(ErrorCode::kReadCorrupt);
+    if (*account != cloud_.identityToken())
+        return generalError(ErrorCode::kNoSuchFile);
+    return ContinuationActivity{*type, true, *information};
 }
 
 void FileActivities::remove()

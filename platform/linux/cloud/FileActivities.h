@@ -39,10 +39,12 @@ public:
 
     void becomeCurrent(const std::shared_ptr<const ContinuationActivity>&) override;
     void resignCurrent(const ContinuationActivity&) override;
+    [[nodiscard]] Result<ContinuationActivity> newestOfOthers() const override;
 
 private:
     void keepCurrent();
     void remove();
+    [[nodiscard]] std::optional<URL> newestFileOfOthers() const;
 
     const URL folder_;
     const URL file_;
