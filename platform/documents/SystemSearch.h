@@ -22,7 +22,8 @@ public:
 
     virtual ~SystemSearch() = default;
 
-    /// Looks for items whose names and tags have words that begin with each of these, without case and accents.
+    /// Looks for items whose names and tags, or texts, have words that begin with each of these, without case and
+    /// accents; those that have them in their texts only come last.
     /// @param answer called once, on a thread of the search's own, with at most 100 identifiers
     virtual void find(std::vector<std::string> words, Answer answer) = 0;
     /// What the identifiers stand for; those that mean nothing any more are left out. Blocks for some milliseconds.

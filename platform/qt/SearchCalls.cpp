@@ -1,6 +1,7 @@
 #include "platform/qt/SearchCalls.h"
 
 #include "platform/base/Platform.h"
+#include "platform/cloud/CloudService.h"
 #include "platform/files/ResourceValues.h"
 #include "platform/text/TextServices.h"
 
@@ -21,6 +22,12 @@ std::vector<std::string> textsOf(const QStringList& list)
 QString shownName(std::string_view name)
 {
     return QString::fromStdString(platform::installed().text.displayName(name));
+}
+
+/// Nothing of the drive is shown to somebody who is not signed in.
+bool isSignedIn()
+{
+    return platform::installed().cloud.identityToken().has_value();
 }
 
 /// The number by which a document is known, in digits; none for what has none.
@@ -63,6 +70,8 @@ QStringList SearchCalls::GetSubsearchResultSet(const QStringList& /*before*/, co
 
 void SearchCalls::answer(const QStringList& terms, const QDBusMessage& question)
 {
+    if (!isSignedIn())
+        return;
     question.setDelayedReply(true);
     search_.find(textsOf(terms), [bus = bus_, question](const std::vector<std::string>& found) {
         QStringList identifiers;
@@ -75,6 +84,8 @@ void SearchCalls::answer(const QStringList& terms, const QDBusMessage& question)
 QList<QVariantMap> SearchCalls::GetResultMetas(const QStringList& identifiers)
 {
     QList<QVariantMap> metas;
+    if (!isSignedIn())
+        return metas;
     for (const auto& document : search_.documents(textsOf(identifiers)))
         metas.append({{"id", QString::fromStdString(document.identifier)},
                       {"name", shownName(document.url.lastPathComponent())},

@@ -1,100 +1,98 @@
 #include "platform/linux/search/DriveSearch.h"
 
-#include "platform/files/TypeRegistry.h"
-#include "platform/linux/cloud/Placeholder.h"
-#include "platform/linux/cloud/TagAttribute.h"
-#include "platform/linux/search/SearchIndex.h"
+#include "platform/linux/search/DriveIndexer.h"
 #include "platform/log/UnifiedLog.h"
+#include "platform/run/CurrentThread.h"
+#include "platform/run/StartThread.h"
 
+#include <poll.h>
+#include <sys/eventfd.h>
 #include <sys/stat.h>
-
-#include <chrono>
-#include <filesystem>
+#include <sys/syscall.h>
 
 namespace tessel {
 
 namespace {
 
-namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+using std::chrono::steady_clock;
 
 constexpr double kSecondsBeforeFirstLook = 3;
-constexpr double kSecondsBetweenLooks = 60;
+constexpr auto kBetweenLooks = 60s;
 constexpr int kMostFound = 100;
-constexpr std::int64_t kNanoseconds = 1'000'000'000;
 
-/// When the folder was changed last, in nanoseconds since 1970; none for what is no folder.
-std::optional<std::int64_t> changeTimeOf(const std::string& folder)
+int milliseconds(std::chrono::milliseconds time)
+{
+    return static_cast<int>(time.count());
+}
+
+ino_t inodeOf(const URL& file)
 {
     struct stat status = {};
-    if (::lstat(folder.c_str(), &status) != 0 || !S_ISDIR(status.st_mode))
-        return std::nullopt;
-    return status.st_mtim.tv_sec * kNanoseconds + status.st_mtim.tv_nsec;
+    return ::stat(file.path().c_str(), &status) == 0 ? status.st_ino : 0;
 }
 
-/// A change that is so young may have been followed by another in the same tick of the file system's clock.
-bool isSettled(std::int64_t changeTime)
+/// For work that nobody waits for: the disk is used when nobody else does.
+void giveWay()
 {
-    const auto now = std::chrono::system_clock::now().time_since_epoch();
-    return std::chrono::duration_cast<std::chrono::nanoseconds>(now).count() - changeTime > 2 * kNanoseconds;
-}
-
-std::string tagsOf(const URL& url)
-{
-    std::string text;
-    if (const auto tags = readTagNames(url))
-        for (const auto& tag : *tags)
-            text += (text.empty() ? "" : " ") + tag;
-    return text;
+    constexpr int kWhoIsThread = 1;
+    constexpr int kIdle = 3 << 13;
+    applyQualityOfService(QualityOfService::Background, "indexing");
+    ::syscall(SYS_ioprio_set, kWhoIsThread, 0, kIdle);
 }
 
 } // namespace
 
-/// Lets the timer's task run where folders are read.
-class DriveSearch::Queue final : public DispatchQueue {
-public:
-    explicit Queue(OperationQueue& operations) : operations_(operations) {}
-    void async(Task task) override { operations_.addOperation(std::move(task)); }
-
-private:
-    OperationQueue& operations_;
-};
-
 DriveSearch::DriveSearch(URL indexFile, std::vector<URL> roots, const Services& services)
     : file_(std::move(indexFile)), roots_(std::move(roots)), services_(services),
-      queue_(std::make_unique<Queue>(reading_))
+      wake_(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC))
 {
-    beginning_ = services_.mainQueue.after(
-        kSecondsBeforeFirstLook, [this] { timer_.emplace(*queue_, kSecondsBetweenLooks, [this] { refresh(); }); });
+    beginning_ =
+        services_.mainQueue.after(kSecondsBeforeFirstLook, [this] { indexing_ = startThread([this] { keep(); }); });
 }
 
 DriveSearch::~DriveSearch()
 {
     ends_ = true;
     beginning_.cancel();
-    timer_.reset();
+    ::eventfd_write(wake_.get(), 1);
+    if (indexing_.joinable())
+        indexing_.join();
 }
 
-const SearchIndex* DriveSearch::reader() const
+std::unique_ptr<SearchIndex> DriveSearch::open() const
 {
-    if (reader_)
-        return reader_.get();
-    auto index = SearchIndex::open(file_);
+    const std::lock_guard lock(opening_); // of several that find it damaged, one begins it again
+    auto index = SearchIndex::open(file_, services_.log);
     if (index)
-        reader_ = std::make_unique<SearchIndex>(std::move(index.value()));
-    else
-        services_.log.write(LogLevel::Error, "Cannot search: %@", index.error());
-    return reader_.get();
+        return std::make_unique<SearchIndex>(std::move(index.value()));
+    services_.log.write(LogLevel::Error, "Cannot use the search's index: %@", index.error());
+    return nullptr;
+}
+
+template <typename Question>
+void DriveSearch::ask(Reader& reader, const Question& question) const
+{
+    const std::lock_guard lock(reader.mutex);
+    if (!reader.index || reader.index->hasFailed() || inodeOf(file_) != reader.inode) {
+        reader.index.reset();
+        reader.index = open();
+        reader.inode = inodeOf(file_);
+    }
+    if (!reader.index)
+        return;
+    question(*reader.index);
+    if (!reader.index->isDamaged())
+        return;
+    setAside(reader.inode);
+    ::eventfd_write(wake_.get(), 1); // who keeps it begins again
 }
 
 void DriveSearch::find(std::vector<std::string> words, Answer answer)
 {
     answering_.addOperation([this, words = std::move(words), answer = std::move(answer)] {
         std::vector<std::string> found;
-        {
-            const std::lock_guard lock(mutex_);
-            if (const auto* index = reader())
-                found = index->find(words, kMostFound);
-        }
+        ask(finding_, [&](const SearchIndex& index) { found = index.find(words, kMostFound); });
         answer(std::move(found));
     });
 }
@@ -102,65 +100,73 @@ void DriveSearch::find(std::vector<std::string> words, Answer answer)
 std::vector<FoundDocument> DriveSearch::documents(const std::vector<std::string>& identifiers) const
 {
     std::vector<FoundDocument> found;
-    const std::lock_guard lock(mutex_);
-    const auto* index = reader();
-    for (const auto& identifier : identifiers)
-        if (auto document = index ? index->document(identifier) : std::nullopt)
-            found.push_back(std::move(*document));
+    ask(describing_, [&](const SearchIndex& index) {
+        for (const auto& identifier : identifiers)
+            if (auto document = index.document(identifier))
+                found.push_back(std::move(*document));
+    });
     return found;
 }
 
 void DriveSearch::refresh()
 {
-    auto index = SearchIndex::open(file_);
-    if (!index) {
-        services_.log.write(LogLevel::Error, "Cannot keep the search's index: %@", index.error());
-        return;
-    }
-    std::vector<std::string> pending;
-    for (const auto& root : roots_)
-        pending.push_back(root.path());
-    while (!pending.empty() && !ends_) {
-        const auto folder = std::move(pending.back());
-        pending.pop_back();
-        lookAt(index.value(), folder, pending);
-    }
+    if (!follow(Until::Quiet))
+        (void)follow(Until::Quiet);
 }
 
-void DriveSearch::lookAt(SearchIndex& index, const std::string& folder, std::vector<std::string>& pending)
+void DriveSearch::keep()
 {
-    const auto changed = changeTimeOf(folder);
-    if (!changed)
-        return index.forget(folder);
-    if (index.changeTime(folder) == changed) {
-        const auto inside = index.foldersIn(folder);
-        pending.insert(pending.end(), inside.begin(), inside.end());
-        return;
-    }
-    SearchIndex::Items items;
-    std::vector<std::string> folders;
-    std::error_code failed;
-    for (fs::directory_iterator entry(folder, failed); !failed && entry != fs::directory_iterator() && !ends_;
-         entry.increment(failed)) {
-        const auto name = entry->path().filename().string();
-        const auto url = URL::file(entry->path().string());
-        if (isPlaceholderName(name)) {
-            if (const auto record = readPlaceholder(url))
-                items[record->name] = tagsOf(url);
-            continue;
+    giveWay();
+    while (!ends_)
+        if (!follow(Until::TheEnd))
+            pause();
+}
+
+/// @returns false when the index could not be used and is to be tried again after a while
+bool DriveSearch::follow(Until until)
+{
+    const auto index = open();
+    if (!index)
+        return false;
+    const auto inode = inodeOf(file_);
+    FolderWatches watches(services_.log);
+    DriveIndexer indexer(*index, watches, roots_, {services_.log, services_.types, ends_});
+    indexer.lookAtAll(DriveIndexer::Look::AtItems);
+    auto looked = steady_clock::now();
+    while (!ends_ && !indexer.hasFailed() && inodeOf(file_) == inode) {
+        const bool hasMore = indexer.step();
+        if (!hasMore && until == Until::Quiet)
+            break;
+        if (!hasMore && watches.isIncomplete() && steady_clock::now() - looked >= kBetweenLooks) {
+            looked = steady_clock::now();
+            indexer.lookAtAll(DriveIndexer::Look::AtChangedFolders);
+        } else {
+            // Nobody is waked while nothing happens, as long as every folder has a watch.
+            watches.wait(wake_.get(), hasMore ? 0 : watches.isIncomplete() ? milliseconds(kBetweenLooks) : -1);
         }
-        if (name.starts_with('.'))
-            continue;
-        items[name] = tagsOf(url);
-        std::error_code ignored;
-        if (entry->is_directory(ignored) && !entry->is_symlink(ignored) && !services_.types.isPackageName(name))
-            folders.push_back(url.path());
+        eventfd_t ignored = 0;
+        ::eventfd_read(wake_.get(), &ignored);
+        if (const auto news = watches.takeNews())
+            indexer.take(*news);
     }
-    if (failed || ends_ || !index.begin())
-        return;
-    static_cast<void>(index.setItems(folder, isSettled(*changed) ? *changed : 0, items, folders));
-    static_cast<void>(index.commit());
-    pending.insert(pending.end(), folders.begin(), folders.end());
+    if (index->isDamaged())
+        setAside(inode);
+    return !indexer.hasFailed();
+}
+
+/// One that is damaged, unless somebody did so already.
+void DriveSearch::setAside(ino_t inode) const
+{
+    const std::lock_guard lock(opening_);
+    if (inodeOf(file_) == inode)
+        SearchIndex::setAside(file_, services_.log, "It is damaged");
+}
+
+/// A full disk or a damaged one is tried again, but not at once.
+void DriveSearch::pause() const
+{
+    pollfd descriptor = {wake_.get(), POLLIN, 0};
+    ::poll(&descriptor, 1, milliseconds(kBetweenLooks));
 }
 
 } // namespace tessel

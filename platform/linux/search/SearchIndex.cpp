@@ -1,60 +1,52 @@
 #include "platform/linux/search/SearchIndex.h"
 
 #include <algorithm>
-#include <filesystem>
+#include <charconv>
 
 namespace tessel {
 
 namespace {
 
-constexpr const char* kSchema = R"(
-    PRAGMA journal_mode = WAL;
-    PRAGMA synchronous = OFF;
-    CREATE TABLE IF NOT EXISTS folders(path TEXT PRIMARY KEY, parent TEXT NOT NULL, changed INTEGER NOT NULL) WITHOUT ROWID;
-    CREATE INDEX IF NOT EXISTS foldersByParent ON folders(parent);
-    CREATE TABLE IF NOT EXISTS items(id INTEGER PRIMARY KEY, folder TEXT NOT NULL, name TEXT NOT NULL, tags TEXT NOT NULL);
-    CREATE INDEX IF NOT EXISTS itemsByFolder ON items(folder);
-    CREATE VIRTUAL TABLE IF NOT EXISTS words USING fts5(name, tags, content = 'items', content_rowid = 'id',
-        tokenize = 'unicode61 remove_diacritics 2', prefix = '1 2 3');
-)";
+constexpr std::size_t kMostWords = 16;
+constexpr std::size_t kLongestWord = 120;      ///< bytes; what is longer is sought by its beginning
+constexpr std::size_t kShortestWordOfText = 2; ///< bytes: nearly every text has each letter
 
-std::string parentOf(const std::string& folder)
+bool isInsideCharacter(char byte)
 {
-    return URL::file(folder).deletingLastPathComponent().path();
+    return (byte & 0xC0) == 0x80;
 }
 
-/// Words that begin so, each in quotes: nothing in them is an operator.
+/// As it stands in quotes, where nothing is an operator; empty when nothing in it can be sought.
+std::string quotable(const std::string& word)
+{
+    auto length = std::min(word.size(), kLongestWord);
+    while (length > 0 && length < word.size() && isInsideCharacter(word[length]))
+        --length;
+    auto text = word.substr(0, length);
+    std::ranges::replace_if(
+        text, [](char c) { return c == '"' || static_cast<unsigned char>(c) < ' '; }, ' ');
+    const bool hasLetters = std::ranges::any_of(text, [](unsigned char c) { return std::isalnum(c) || c >= 0x80; });
+    return hasLetters ? text : std::string();
+}
+
+/// Words that begin so.
 std::string matchOf(const std::vector<std::string>& words)
 {
     std::string match;
-    for (const auto& word : words) {
-        const bool hasLetters = std::ranges::any_of(word, [](unsigned char c) { return std::isalnum(c) || c >= 0x80; });
-        if (!hasLetters || word.find('\0') != std::string::npos)
-            continue;
-        match += match.empty() ? "\"" : " \"";
-        for (const char character : word)
-            match += character == '"' ? ' ' : character;
-        match += "\"*";
-    }
+    std::size_t count = 0;
+    for (const auto& word : words)
+        if (const auto text = quotable(word); !text.empty() && count++ < kMostWords)
+            match += (match.empty() ? "\"" : " \"") + text + "\"*";
     return match;
 }
 
-} // namespace
-
-Result<SearchIndex> SearchIndex::open(const URL& file)
+bool areSoughtInTexts(const std::vector<std::string>& words)
 {
-    for (const bool isLastTry : {false, true}) {
-        auto database = Database::open(file, Database::Missing::Create);
-        if (database && database->execute(kSchema))
-            return SearchIndex(std::move(database.value()));
-        if (isLastTry)
-            return database ? database->lastError() : database.error();
-        std::error_code ignored;
-        for (const auto* suffix : {"", "-wal", "-shm"})
-            std::filesystem::remove(file.path() + suffix, ignored);
-    }
-    return Error{};
+    return std::ranges::all_of(
+        words, [](const auto& word) { return word.size() >= kShortestWordOfText || quotable(word).empty(); });
 }
+
+} // namespace
 
 bool SearchIndex::begin()
 {
@@ -63,57 +55,75 @@ bool SearchIndex::begin()
 
 bool SearchIndex::commit()
 {
-    return database_.execute("COMMIT");
+    if (database_.execute("COMMIT"))
+        return true;
+    (void)database_.execute("ROLLBACK");
+    return false;
+}
+
+Statement::Step SearchIndex::step(Statement& statement) const
+{
+    const auto result = statement.step();
+    if (result != Statement::Step::Failed)
+        return result;
+    hasFailed_ = true;
+    isDamaged_ = isDamaged_ || database_.lastError() == Error{Domain::General, ErrorCode::kReadCorrupt, {}, {}};
+    return result;
+}
+
+void SearchIndex::run(Statement& statement) const
+{
+    while (step(statement) == Statement::Step::Row) {
+    }
+}
+
+std::int64_t SearchIndex::size() const
+{
+    auto query = database_.prepare("SELECT page_count * page_size FROM pragma_page_count(), pragma_page_size()");
+    return step(query) == Statement::Step::Row ? query.number(0) : 0;
+}
+
+std::optional<std::int64_t> SearchIndex::folderNumber(const std::string& folder) const
+{
+    auto query = database_.prepare("SELECT id FROM folders WHERE path = ?");
+    query.bind(folder);
+    return step(query) == Statement::Step::Row ? std::optional(query.number(0)) : std::nullopt;
 }
 
 std::optional<std::int64_t> SearchIndex::changeTime(const std::string& folder) const
 {
     auto query = database_.prepare("SELECT changed FROM folders WHERE path = ?");
     query.bind(folder);
-    return query.step() == Statement::Step::Row ? std::optional(query.number(0)) : std::nullopt;
+    return step(query) == Statement::Step::Row ? std::optional(query.number(0)) : std::nullopt;
 }
 
 std::vector<std::string> SearchIndex::foldersIn(const std::string& folder) const
 {
     std::vector<std::string> folders;
-    auto query = database_.prepare("SELECT path FROM folders WHERE parent = ?");
+    auto query = database_.prepare("SELECT path FROM folders WHERE parent = (SELECT id FROM folders WHERE path = ?)");
     query.bind(folder);
-    while (query.step() == Statement::Step::Row)
+    while (step(query) == Statement::Step::Row)
         folders.push_back(query.bytes(0));
     return folders;
 }
 
-int SearchIndex::setItems(const std::string& folder, std::int64_t changeTime, const Items& items,
-                          const std::vector<std::string>& folders)
+std::vector<std::string> SearchIndex::topFolders() const
 {
-    int changes = 0;
-    auto added = items;
-    auto known = database_.prepare("SELECT id, name, tags FROM items WHERE folder = ?");
-    known.bind(folder);
-    while (known.step() == Statement::Step::Row) {
-        const auto name = known.bytes(1);
-        const auto tags = known.bytes(2);
-        const auto found = added.find(name);
-        if (found != added.end() && found->second == tags) {
-            added.erase(found);
-            continue;
-        }
-        remove(known.number(0), name, tags);
-        ++changes;
-    }
-    for (const auto& [name, tags] : added)
-        add(folder, name, tags);
-    changes += static_cast<int>(added.size());
-    for (const auto& before : foldersIn(folder))
-        if (std::ranges::find(folders, before) == folders.end())
-            forget(before);
-    for (const auto& inside : folders) {
-        auto insert = database_.prepare("INSERT OR IGNORE INTO folders VALUES(?, ?, -1)");
-        if (!Database::run(insert.bind(inside).bind(folder)))
-            return -1;
-    }
-    auto update = database_.prepare("INSERT OR REPLACE INTO folders VALUES(?, ?, ?)");
-    return Database::run(update.bind(folder).bind(parentOf(folder)).bindNumber(changeTime)) ? changes : -1;
+    std::vector<std::string> folders;
+    auto query = database_.prepare("SELECT path FROM folders WHERE parent NOT IN (SELECT id FROM folders)");
+    while (step(query) == Statement::Step::Row)
+        folders.push_back(query.bytes(0));
+    return folders;
+}
+
+void SearchIndex::setFolder(const std::string& folder, std::int64_t changeTime)
+{
+    auto known = database_.prepare("UPDATE folders SET changed = ? WHERE path = ? RETURNING id");
+    if (step(known.bindNumber(changeTime).bind(folder)) == Statement::Step::Row)
+        return;
+    const auto parent = folderNumber(URL::file(folder).deletingLastPathComponent().path()).value_or(0);
+    auto insert = database_.prepare("INSERT INTO folders(path, parent, changed) VALUES(?, ?, ?)");
+    run(insert.bind(folder).bindNumber(parent).bindNumber(changeTime));
 }
 
 void SearchIndex::forget(const std::string& folder)
@@ -124,50 +134,155 @@ void SearchIndex::forget(const std::string& folder)
         pending.pop_back();
         const auto inside = foldersIn(path);
         pending.insert(pending.end(), inside.begin(), inside.end());
-        auto known = database_.prepare("SELECT id, name, tags FROM items WHERE folder = ?");
-        known.bind(path);
-        while (known.step() == Statement::Step::Row)
-            remove(known.number(0), known.bytes(1), known.bytes(2));
+        for (const auto& [name, changed] : itemsIn(path))
+            removeItem(path, name);
         auto erase = database_.prepare("DELETE FROM folders WHERE path = ?");
-        static_cast<void>(Database::run(erase.bind(path)));
+        run(erase.bind(path));
     }
 }
 
-void SearchIndex::remove(std::int64_t item, const std::string& name, const std::string& tags) const
+SearchIndex::ChangeTimes SearchIndex::itemsIn(const std::string& folder) const
 {
-    auto words = database_.prepare("INSERT INTO words(words, rowid, name, tags) VALUES('delete', ?, ?, ?)");
-    static_cast<void>(Database::run(words.bindNumber(item).bind(name).bind(tags)));
-    auto erase = database_.prepare("DELETE FROM items WHERE id = ?");
-    static_cast<void>(Database::run(erase.bindNumber(item)));
+    ChangeTimes items;
+    auto query =
+        database_.prepare("SELECT name, changed FROM items WHERE folder = (SELECT id FROM folders WHERE path = ?)");
+    query.bind(folder);
+    while (step(query) == Statement::Step::Row)
+        items.emplace(query.bytes(0), query.number(1));
+    return items;
 }
 
-void SearchIndex::add(const std::string& folder, const std::string& name, const std::string& tags) const
+void SearchIndex::setItem(const std::string& folder, const std::string& name, const Item& item)
 {
-    auto insert = database_.prepare("INSERT INTO items(folder, name, tags) VALUES(?, ?, ?)");
-    if (!Database::run(insert.bind(folder).bind(name).bind(tags)))
+    const auto number = folderNumber(folder);
+    if (!number)
         return;
+    const auto document = documentNumber(item);
+    auto known = database_.prepare("SELECT id, tags, document FROM items WHERE folder = ? AND name = ?");
+    if (step(known.bindNumber(*number).bind(name)) == Statement::Step::Row) {
+        if (known.bytes(1) == item.tags && known.number(2) == document) {
+            auto update = database_.prepare("UPDATE items SET changed = ? WHERE id = ?");
+            return run(update.bindNumber(item.changed).bindNumber(known.number(0)));
+        }
+        remove(known.number(0), name, known.bytes(1), known.number(2));
+    }
+    auto insert = database_.prepare("INSERT INTO items(folder, name, tags, changed, document) VALUES(?, ?, ?, ?, ?)");
+    run(insert.bindNumber(*number).bind(name).bind(item.tags).bindNumber(item.changed).bindNumber(document));
     auto words = database_.prepare("INSERT INTO words(rowid, name, tags) VALUES(last_insert_rowid(), ?, ?)");
-    static_cast<void>(Database::run(words.bind(name).bind(tags)));
+    run(words.bind(name).bind(item.tags));
+}
+
+void SearchIndex::removeItem(const std::string& folder, const std::string& name)
+{
+    auto known = database_.prepare("SELECT items.id, tags, document FROM items JOIN folders "
+                                   "ON items.folder = folders.id WHERE path = ? AND name = ?");
+    if (step(known.bind(folder).bind(name)) == Statement::Step::Row)
+        remove(known.number(0), name, known.bytes(1), known.number(2));
+}
+
+void SearchIndex::remove(std::int64_t item, const std::string& name, const std::string& tags, std::int64_t document)
+{
+    auto words = database_.prepare("INSERT INTO words(words, rowid, name, tags) VALUES('delete', ?, ?, ?)");
+    run(words.bindNumber(item).bind(name).bind(tags));
+    auto erase = database_.prepare("DELETE FROM items WHERE id = ?");
+    run(erase.bindNumber(item));
+    if (document != 0)
+        removedDocuments_.insert(document);
+}
+
+std::int64_t SearchIndex::documentNumber(const Item& item) const
+{
+    if (item.document.empty())
+        return 0;
+    auto set = database_.prepare("INSERT INTO documents(identity, wanted) VALUES(?, ?) "
+                                 "ON CONFLICT(identity) DO UPDATE SET wanted = excluded.wanted RETURNING id");
+    set.bind(item.document).bind(item.version);
+    const auto number = step(set) == Statement::Step::Row ? set.number(0) : 0;
+    run(set);
+    return number;
+}
+
+std::vector<SearchIndex::Unread> SearchIndex::unreadTexts(int limit) const
+{
+    std::vector<Unread> unread;
+    auto query = database_.prepare(
+        "SELECT documents.id, wanted, path, name FROM documents CROSS JOIN items ON items.document = documents.id "
+        "AND items.document <> 0 CROSS JOIN folders ON folders.id = items.folder "
+        "WHERE version <> wanted GROUP BY documents.id LIMIT ?");
+    query.bindNumber(limit);
+    while (step(query) == Statement::Step::Row)
+        unread.push_back({query.number(0), query.bytes(1), URL::file(query.bytes(2)).appending(query.bytes(3))});
+    return unread;
+}
+
+void SearchIndex::setText(const Unread& unread, const std::string& text)
+{
+    auto erase = database_.prepare("DELETE FROM texts WHERE rowid = ?");
+    run(erase.bindNumber(unread.document));
+    if (!text.empty()) {
+        auto insert = database_.prepare("INSERT INTO texts(rowid, text) VALUES(?, ?)");
+        run(insert.bindNumber(unread.document).bind(text));
+    }
+    auto update = database_.prepare("UPDATE documents SET version = ? WHERE id = ?");
+    run(update.bind(unread.version).bindNumber(unread.document));
+}
+
+void SearchIndex::forgetUnusedTexts(bool all)
+{
+    if (all) {
+        auto unused = database_.prepare("SELECT id FROM documents WHERE NOT EXISTS "
+                                        "(SELECT 1 FROM items WHERE items.document = documents.id "
+                                        "AND items.document <> 0)");
+        while (step(unused) == Statement::Step::Row)
+            removedDocuments_.insert(unused.number(0));
+    }
+    for (const auto document : removedDocuments_)
+        forgetTextIfUnused(document);
+    removedDocuments_.clear();
+}
+
+void SearchIndex::forgetTextIfUnused(std::int64_t document) const
+{
+    auto use = database_.prepare("SELECT 1 FROM items WHERE document = ? AND document <> 0 LIMIT 1");
+    if (step(use.bindNumber(document)) != Statement::Step::Done)
+        return;
+    for (const auto* erasing : {"DELETE FROM texts WHERE rowid = ?", "DELETE FROM documents WHERE id = ?"}) {
+        auto erase = database_.prepare(erasing);
+        run(erase.bindNumber(document));
+    }
 }
 
 std::vector<std::string> SearchIndex::find(const std::vector<std::string>& words, int limit) const
 {
-    std::vector<std::string> identifiers;
+    std::vector<std::string> found;
     const auto match = matchOf(words);
     if (match.empty())
-        return identifiers;
-    auto query = database_.prepare("SELECT rowid FROM words WHERE words MATCH ? LIMIT ?");
+        return found;
+    collect("SELECT rowid FROM words WHERE words MATCH ? LIMIT ?", match, limit, found);
+    if (found.size() < static_cast<std::size_t>(limit) && areSoughtInTexts(words))
+        collect("SELECT items.id FROM texts CROSS JOIN items ON items.document = texts.rowid "
+                "AND items.document <> 0 WHERE texts MATCH ? LIMIT ?",
+                match, limit, found);
+    return found;
+}
+
+void SearchIndex::collect(const char* question, const std::string& match, int limit,
+                          std::vector<std::string>& found) const
+{
+    auto query = database_.prepare(question);
     query.bind(match).bindNumber(limit);
-    while (query.step() == Statement::Step::Row)
-        identifiers.push_back(std::to_string(query.number(0)));
-    return identifiers;
+    while (found.size() < static_cast<std::size_t>(limit) && step(query) == Statement::Step::Row)
+        if (auto identifier = std::to_string(query.number(0)); std::ranges::find(found, identifier) == found.end())
+            found.push_back(std::move(identifier));
 }
 
 std::optional<FoundDocument> SearchIndex::document(const std::string& identifier) const
 {
-    auto query = database_.prepare("SELECT folder, name FROM items WHERE id = CAST(? AS INTEGER)");
-    query.bind(identifier);
-    if (query.step() != Statement::Step::Row)
+    std::int64_t number = 0;
+    std::from_chars(identifier.data(), identifier.data() + identifier.size(), number);
+    auto query =
+        database_.prepare("SELECT path, name FROM items JOIN folders ON folders.id = items.folder WHERE items.id = ?");
+    if (step(query.bindNumber(number)) != Statement::Step::Row)
         return std::nullopt;
     return FoundDocument{identifier, URL::file(query.bytes(0)).appending(query.bytes(1))};
 }
