@@ -7,6 +7,9 @@
 #include "platform/ui/AlertController.h"
 #include "platform/ui/NavigationController.h"
 
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
 #include <utility>
 
 namespace tessel {
@@ -36,11 +39,82 @@ ItemWork::ItemWork(Plan plan, std::weak_ptr<NavigationController> navigation)
 {
 }
 
+/// What both threads know of a turn that is taken aside.
+struct ItemWork::Turn {
+    std::mutex mutex;
+    std::condition_variable ended;
+    bool hasEnded = false;
+    bool isWaitedFor = true;
+    bool isTakenUp = false; ///< the main thread's: it goes on behind the turn
+
+    /// @returns whether nobody waits any more
+    [[nodiscard]] bool end()
+    {
+        const std::lock_guard lock(mutex);
+        hasEnded = true;
+        ended.notify_one();
+        return !isWaitedFor;
+    }
+    /// @returns whether it has ended in that time
+    [[nodiscard]] bool wait(std::chrono::milliseconds time)
+    {
+        std::unique_lock lock(mutex);
+        return isWaitedFor = ended.wait_for(lock, time, [this] { return hasEnded; });
+    }
+};
+
 void ItemWork::takeTurn()
 {
+    if (isDoneAside)
+        return takeTurnAside();
+    work();
+    endTurn();
+}
+
+/// This thread waits for as long as a picture may take, so that what is short is done in order.
+void ItemWork::takeTurnAside()
+{
+    if (!aside_)
+        aside_.emplace("items", QualityOfService::UserInitiated);
+    const auto turn = std::make_shared<Turn>();
+    aside_->addOperation([this, turn] {
+        work();
+        if (turn->end())
+            platform::installed().mainQueue.async([weak = weak_from_this(), turn] {
+                turn->isTakenUp = true;
+                if (const auto self = weak.lock())
+                    self->endTurn();
+            });
+    });
+    if (turn->wait(kTurn + kTurn))
+        endTurn();
+    else
+        watch(turn);
+}
+
+/// Tells how long it takes until the turn ends, and keeps the work alive.
+void ItemWork::watch(const std::shared_ptr<Turn>& turn)
+{
+    const std::chrono::duration<double> seconds = kBetweenTexts;
+    platform::installed().mainQueue.after(seconds.count(), [self = shared_from_this(), turn] {
+        if (turn->isTakenUp)
+            return;
+        self->tell();
+        self->watch(turn);
+    });
+}
+
+void ItemWork::work()
+{
     const auto start = uptime();
-    while (next_ < plan_.count && !cancelled_ && uptime() - start < kTurn)
-        plan_.step(next_++);
+    while (next_ < plan_.count && !cancelled_ && uptime() - start < kTurn) {
+        plan_.step(next_);
+        ++next_;
+    }
+}
+
+void ItemWork::endTurn()
+{
     if (next_ == plan_.count || cancelled_)
         return finish();
     tell();

@@ -2,6 +2,7 @@
 #include "app/entry/Banner.h"
 #include "app/entry/CommandLine.h"
 #include "app/entry/Gallery.h"
+#include "browser/ItemWork.h"
 #include "files/FileUtils.h"
 #include "platform/base/ControlCharacters.h"
 #include "platform/base/URLComponents.h"
@@ -130,6 +131,7 @@ std::unique_ptr<DriveSearch> makeSearch()
 bool runInWindow(Application& application, const CommandLine& options, std::unique_ptr<SingleInstance> instance)
 {
     const EndSignals endSignals;
+    ItemWork::isDoneAside = true;
     const auto shell = std::make_shared<WindowShell>(endSignals.descriptor());
     application.launch({options.shortcut});
     openDocuments(application, options);

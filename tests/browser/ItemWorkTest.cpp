@@ -9,6 +9,10 @@
 
 #include <gtest/gtest.h>
 
+#include <semaphore>
+#include <thread>
+#include <vector>
+
 namespace tessel {
 namespace {
 
@@ -40,6 +44,11 @@ protected:
                        .finished = [this] { ++ends; }},
                       navigation());
     }
+    /// By a thread of its own, from now on.
+    struct Aside {
+        Aside() { ItemWork::isDoneAside = true; }
+        ~Aside() { ItemWork::isDoneAside = false; }
+    };
     bool runOne() { return platform.services().mainQueue.runOne(); }
 
     InstalledPlatform platform;
@@ -103,6 +112,37 @@ TEST_F(ItemWorkTest, EndsBehindAnItemWhenCancelled)
     platform.settle();
     EXPECT_EQ(steps, done);
     EXPECT_EQ(ends, 1);
+}
+
+TEST_F(ItemWorkTest, LeavesTheMainQueueAloneWithOneLargeItem)
+{
+    const Aside aside;
+    work(100, 0);
+    EXPECT_EQ(ends, 1) << "in order, when it is short";
+
+    std::binary_semaphore goesOn(0);
+    std::vector<std::thread::id> threads;
+    ItemWork::run({.title = "Deleting",
+                   .count = 3,
+                   .step =
+                       [&](std::size_t item) {
+                           if (item == 0)
+                               goesOn.acquire();
+                           threads.push_back(std::this_thread::get_id());
+                       },
+                   .finished = [this] { ++ends; }},
+                  navigation());
+    EXPECT_EQ(ends, 1);
+    for (int tenth = 0; tenth < 6; ++tenth) {
+        platform.clock.advance(0.1);
+        platform.settle();
+    }
+    ASSERT_NE(alert(), nullptr) << "the screen tells of it meanwhile";
+    ASSERT_TRUE(alert()->cancel());
+    goesOn.release();
+    ASSERT_TRUE(platform.runUntil([&] { return ends == 2; }));
+    EXPECT_EQ(threads.size(), 1U) << "what is under way is done, and no more";
+    EXPECT_NE(threads.front(), std::this_thread::get_id());
 }
 
 } // namespace
