@@ -2,10 +2,12 @@
 
 #include "platform/base/Platform.h"
 #include "platform/documents/DocumentIcon.h"
+#include "platform/documents/DocumentInteractionController.h"
 #include "platform/documents/TextContent.h"
 #include "platform/text/TextServices.h"
 #include "platform/ui/Application.h"
 #include "platform/ui/Device.h"
+#include "platform/ui/NavigationController.h"
 
 #include <algorithm>
 #include <cmath>
@@ -78,7 +80,41 @@ void PreviewController::viewDidLoad()
 void PreviewController::viewWillAppear(Animated)
 {
     isOnScreen_ = true;
+    placeShareButton();
     readIfWanted();
+}
+
+void PreviewController::viewWillLayoutSubviews()
+{
+    ViewController::viewWillLayoutSubviews();
+    placeShareButton(); // a phone's window may have become a tablet's
+}
+
+/// A peek is only looked at.
+void PreviewController::placeShareButton()
+{
+    const auto navigation = navigationController();
+    const bool isPeek = !navigation || navigation->presentationStyle == PresentationStyle::Peek;
+    const bool isTablet = platform::installed().device.idiom == Idiom::Pad;
+    if (!shareButton_)
+        shareButton_ = BarButtonItem::system(BarButtonItem::System::Action, [this] { share(); });
+    auto inBar = navigationItem.rightItems();
+    std::erase(inBar, shareButton_);
+    if (isTablet && !isPeek)
+        inBar.push_back(shareButton_);
+    if (inBar != navigationItem.rightItems())
+        navigationItem.setRightItems(std::move(inBar));
+    const auto inToolbar = isTablet || isPeek ? BarButtonItems() : BarButtonItems{shareButton_};
+    if (inToolbar != toolbarItems())
+        setToolbarItems(inToolbar);
+    if (!inToolbar.empty())
+        navigation->setToolbarHidden(false);
+}
+
+void PreviewController::share() const
+{
+    if (shown_)
+        DocumentInteractionController(*shown_).presentOptionsMenu(shareButton_, Animated::Yes);
 }
 
 /// What a screen only covers goes on.

@@ -55,7 +55,8 @@ struct PreviewContent {
 
 /// The quick preview: shows the first of its source's documents. Reads it while it is on screen, which downloads a
 /// document that is not on the device, and follows what it is told of changes. What it shows is read by the shells,
-/// which are told by `Device::screenChanged`. Main thread only.
+/// which are told by `Device::screenChanged`. It has a button of its own that shares the document, beside the others in
+/// the navigation bar on a tablet, else in the toolbar. Main thread only.
 class PreviewController : public ViewController {
 public:
     PreviewControllerDataSource* dataSource = nullptr; ///< lives as long as the controller does
@@ -108,10 +109,13 @@ public:
 protected:
     void viewDidLoad() override;
     void viewWillAppear(Animated) override;
+    void viewWillLayoutSubviews() override;
     void viewDidDisappear() override;
 
 private:
     [[nodiscard]] bool isReading() const { return opening_ != nullptr || inspection_.has_value(); }
+    void placeShareButton();
+    void share() const;
     void forget();
     void stopReading();
     void readIfWanted();
@@ -135,6 +139,7 @@ private:
     double place_ = 0;
     MainQueue::DelayedTask placeTold_;
     bool wasLost_ = false; ///< the content was gone since the document has been shown
+    std::shared_ptr<BarButtonItem> shareButton_;
     std::shared_ptr<DocumentReader::Opening> opening_;
     std::optional<DocumentDecoder::Ticket> inspection_;
 };

@@ -2,6 +2,7 @@
 
 #include "platform/ui/Geometry.h"
 
+#include <QPersistentModelIndex>
 #include <QRectF>
 
 #include <functional>
@@ -20,5 +21,7 @@ namespace tessel::qt {
 [[nodiscard]] QRectF rectOnScene(const QQuickItem*);
 /// A part of it, counted from its leading edge; all of it for a part that is empty.
 [[nodiscard]] QRectF rectOnScene(const QQuickItem*, const Rect& part, bool isMirrored);
+/// What can be seen of a list's row; empty when that is nothing, or the row has gone.
+[[nodiscard]] QRectF rectOfRow(const QQuickItem& scene, const QPersistentModelIndex& row);
 
 } // namespace tessel::qt

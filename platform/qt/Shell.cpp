@@ -7,6 +7,7 @@
 #include "platform/qt/SceneItems.h"
 #include "platform/qt/SystemAppearance.h"
 #include "platform/qt/WindowSize.h"
+#include "platform/qt/lists/RowView.h"
 #include "platform/qt/views/Node.h"
 #include "platform/text/TextServices.h"
 #include "platform/ui/Device.h"
@@ -243,6 +244,8 @@ QRectF Shell::rectOf(const PopoverAnchor& anchor) const
     if (entry)
         return rectOnScene(
             itemShowing(*scene_, "item", [shown = items_->find(entry)](const QObject* item) { return item == shown; }));
+    if (const auto* const row = dynamic_cast<const RowView*>(view.get()))
+        return rectOfRow(*scene_, row->row());
     const auto* const item = itemShowing(*scene_, "node", [&view](const QObject* node) {
         return qobject_cast<const Node*>(node) && static_cast<const Node*>(node)->view() == view;
     });

@@ -161,6 +161,7 @@ const Lines kDocuments = {"tap Documents"};
 // Of a document whose dates are always the same.
 const Lines kDetails = {"tap Documents", "swipe -200 Contract.pdf", "tap More", "tap Info"};
 const Lines kRename = {"tap Documents", "swipe -200 Contract.pdf", "tap More", "tap Info", "tap Name"};
+const Lines kShare = {"tap Documents", "swipe -200 Contract.pdf", "tap More", "tap Share"};
 const Lines kMove = {"tap Documents", "swipe -200 Photos", "tap More", "tap Move"};
 
 INSTANTIATE_TEST_SUITE_P(
@@ -193,6 +194,7 @@ INSTANTIATE_TEST_SUITE_P(
         Screen{.name = "phone-empty", .commands = {"tap Empty"}, .hasBareDrive = true},
         Screen{.name = "phone-failed", .commands = {"tap Closed"}, .hasBareDrive = true},
         Screen{.name = "tablet-documents", .width = 768, .height = 1024, .commands = kDocuments},
+        Screen{.name = "tablet-share", .width = 768, .height = 1024, .commands = kShare},
         Screen{.name = "tablet-sheet", .width = 768, .height = 1024, .commands = kSheet, .arguments = kGallery},
         Screen{.name = "desktop-documents", .width = 1280, .height = 800, .commands = kDocuments}),
     [](const auto& screen) {

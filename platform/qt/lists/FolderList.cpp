@@ -237,7 +237,7 @@ void FolderList::perform(int row, int code)
     const auto controller = controller_.lock();
     const auto now = indexNow(row);
     if (controller && now)
-        performEntry(controller, code, controller->row(*now).url);
+        performEntry(controller, code, controller->row(*now).url, viewOfRow(row));
 }
 
 void FolderList::setVisibleRange(int first, int count)

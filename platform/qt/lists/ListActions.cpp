@@ -56,12 +56,13 @@ QVariantList menuOf(const DocumentListController& list)
     return QVariantList{peek} + actionsOf(list);
 }
 
-void performEntry(const std::shared_ptr<DocumentListController>& list, int code, const URL& item)
+void performEntry(const std::shared_ptr<DocumentListController>& list, int code, const URL& item,
+                  const std::shared_ptr<View>& row)
 {
     if (code == kPeekCode)
         PeekController::peek(list, item);
     else
-        list->performAction(static_cast<ListAction>(code), item, nullptr, {});
+        list->performAction(static_cast<ListAction>(code), item, row, {});
 }
 
 } // namespace tessel::qt

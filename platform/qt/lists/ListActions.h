@@ -7,6 +7,7 @@
 namespace tessel {
 class DocumentListController;
 class URL;
+class View;
 } // namespace tessel
 
 namespace tessel::qt {
@@ -20,7 +21,8 @@ inline constexpr int kPeekCode = -1;
 /// The actions that a list offers now, for a menu in QML: maps of `code`, `title`, `symbol` and `destructive`.
 [[nodiscard]] QVariantList actionsOf(const DocumentListController&);
 
-/// Does what an entry of such a menu stands for.
-void performEntry(const std::shared_ptr<DocumentListController>&, int code, const URL& item);
+/// Does what an entry of such a menu stands for. @param row stands for the item's row
+void performEntry(const std::shared_ptr<DocumentListController>&, int code, const URL& item,
+                  const std::shared_ptr<View>& row);
 
 } // namespace tessel::qt

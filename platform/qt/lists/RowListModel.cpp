@@ -1,5 +1,7 @@
 #include "platform/qt/lists/RowListModel.h"
 
+#include "platform/qt/lists/RowView.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -33,6 +35,12 @@ RowValue RowListModel::row(int index) const
 QPersistentModelIndex RowListModel::track(int row) const
 {
     return index(row);
+}
+
+std::shared_ptr<View> RowListModel::viewOfRow(int row)
+{
+    rowView_ = std::make_shared<RowView>(track(row));
+    return rowView_;
 }
 
 int RowListModel::rowCount(const QModelIndex& parent) const

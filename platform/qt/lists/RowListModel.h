@@ -6,7 +6,12 @@
 #include <QAbstractListModel>
 
 #include <cstddef>
+#include <memory>
 #include <optional>
+
+namespace tessel {
+class View;
+} // namespace tessel
 
 namespace tessel::qt {
 
@@ -28,6 +33,9 @@ public:
     /// The row, to be followed while others come and go: its `row` is -1 when it has gone. Use it wherever something is
     /// done to a row later than it was pointed at.
     [[nodiscard]] Q_INVOKABLE QPersistentModelIndex track(int row) const;
+
+    /// Stands for the row where something is done to it, for a sheet to point at. It lives until the next one.
+    [[nodiscard]] std::shared_ptr<View> viewOfRow(int row);
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex&, int role) const override;
@@ -58,6 +66,7 @@ private:
     [[nodiscard]] std::size_t insertedBefore(std::size_t place) const;
     [[nodiscard]] bool leadsToNow(const RowChanges&) const;
 
+    std::shared_ptr<View> rowView_;
     int count_ = 0;
     bool announcing_ = false;
     bool changedMeanwhile_ = false;

@@ -102,7 +102,7 @@ void SearchList::perform(int row, int code)
     if (!controller || !list || !now)
         return;
     const auto url = controller->results()[*now].url;
-    performEntry(list, code, url);
+    performEntry(list, code, url, viewOfRow(row));
 }
 
 } // namespace tessel::qt

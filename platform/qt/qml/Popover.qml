@@ -6,7 +6,7 @@ FocusScope {
     id: popover
 
     property rect anchor
-    // The panel may lie only to the left or right of what it points at.
+    // The panel lies to the left or right of what it points at where there is room.
     property bool sideways: false
     property real presence: 1
     property real contentWidth: 320
@@ -19,8 +19,9 @@ FocusScope {
     readonly property real middleY: anchor.y + anchor.height / 2
     readonly property bool fitsBelow: anchor.y + anchor.height + gap + contentHeight <= height - 8
     readonly property bool fitsAbove: anchor.y - gap - contentHeight >= 8
-    readonly property bool upright: !sideways && (fitsBelow || fitsAbove)
     readonly property bool leftOf: anchor.x - gap - contentWidth >= 8
+    readonly property bool rightOf: anchor.x + anchor.width + gap + contentWidth <= width - 8
+    readonly property bool upright: (fitsBelow || fitsAbove) && !(sideways && (leftOf || rightOf))
 
     focus: true
     opacity: presence

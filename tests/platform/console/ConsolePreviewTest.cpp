@@ -20,7 +20,7 @@ protected:
         return *item;
     }
 
-    /// The screen of a document's preview, without its title and back button.
+    /// The screen of a document's preview, without its title, back button and toolbar.
     std::string screenOf(const URL& url)
     {
         item = url;
@@ -30,7 +30,10 @@ protected:
         preview->reloadData();
         EXPECT_TRUE(
             platform.runUntil([&] { return !preview->isBusy() || (decoder.isBusy && decoder.inspections > 4); }));
-        const auto screen = run({"screen"});
+        const std::string toolbar = "toolbar: Share\n";
+        auto screen = run({"screen"});
+        EXPECT_THAT(screen, HasSubstr(toolbar));
+        screen.erase(screen.find(toolbar), toolbar.size());
         return screen.substr(screen.find('\n') + 1);
     }
 
@@ -70,7 +73,8 @@ TEST_F(ConsolePreviewTest, ItsButtonIsPressedLikeAnyOther)
     platform.drive.file("Gone.txt", "back again");
     EXPECT_EQ(run({"tap \"Try Again\""}), "ok\n");
     EXPECT_TRUE(platform.runUntil([&] {
-        return run({"screen"}) == "title: Gone.txt\npreview: Gone.txt | text | 1 line\ntext: back again\nok\n";
+        return run({"screen"}) == "title: Gone.txt\npreview: Gone.txt | text | 1 line\ntext: back again\n"
+                                  "toolbar: Share\nok\n";
     }));
 }
 

@@ -5,6 +5,7 @@
 #include "platform/files/FileManager.h"
 #include "platform/linux/preview/LinuxDocumentReader.h"
 #include "platform/run/MainQueue.h"
+#include "platform/ui/AlertController.h"
 #include "platform/ui/Device.h"
 #include "platform/ui/NavigationController.h"
 #include "platform/ui/Window.h"
@@ -225,6 +226,30 @@ TEST_F(PreviewDownloadTest, ADocumentThatIsDeletedMeanwhileIsGone)
     downloads.release();
     ASSERT_TRUE(platform.runUntil([&] { return !preview->isBusy(); }));
     EXPECT_EQ(preview->detail(), "The document is not there any more.");
+}
+
+TEST_F(PreviewControllerTest, SharesFromTheToolbarOfAPhoneAndTheBarOfATablet)
+{
+    auto& device = platform.services().device;
+    open(platform.drive.file(top + "Plan.txt", "plan"));
+    ASSERT_TRUE(becomes(PreviewState::Shown));
+    const auto share = [&](const BarButtonItems& bar) {
+        ASSERT_EQ(bar.size(), 1U);
+        bar.front()->press();
+        const auto sheet = std::dynamic_pointer_cast<AlertController>(navigation->presentedViewController());
+        ASSERT_TRUE(sheet);
+        EXPECT_EQ(sheet->title(), "Plan.txt");
+        EXPECT_EQ(sheet->popoverAnchor.barButtonItem.lock(), bar.front());
+        sheet->cancel();
+        platform.settle();
+    };
+    share(preview->toolbarItems());
+    EXPECT_FALSE(navigation->toolbarHidden());
+    device.idiom = Idiom::Pad;
+    preview->layoutView({0, 44, 1024, 724});
+    share(preview->navigationItem.rightItems());
+    EXPECT_TRUE(preview->toolbarItems().empty());
+    device.idiom = Idiom::Phone;
 }
 
 } // namespace

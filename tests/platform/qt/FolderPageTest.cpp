@@ -1,3 +1,4 @@
+#include "platform/ui/AlertController.h"
 #include "tests/platform/qt/SceneFixture.h"
 
 #include <gmock/gmock.h>
@@ -228,6 +229,36 @@ TEST_F(FolderPageTest, ArrowsGoThroughAGridAsItLooks)
     key(Qt::Key_Up);
     EXPECT_EQ(grid->property("currentIndex").toInt(), 0);
     DocumentListController::setListMode(ListMode::Rows);
+}
+
+TEST_F(FolderPageTest, ASheetPointsAtTheRowThatItIsAbout)
+{
+    platform.drive.tree("A.txt B.txt C.txt");
+    const auto list = openDrive();
+    const auto row = [this](const char* name) {
+        const auto* const item = called(name);
+        return item ? item->mapRectToScene(item->boundingRect()) : QRectF();
+    };
+    ASSERT_TRUE(becomes([&] { return called("B.txt") != nullptr; }));
+    auto* const rows = qvariant_cast<FolderList*>(item("folderList")->property("list"));
+    rows->perform(1, static_cast<int>(ListAction::Share));
+    const auto sheet = std::make_shared<AlertController>(AlertController::Style::ActionSheet, "B.txt", "");
+    sheet->popoverAnchor.sourceView = told->actedOn;
+    list->present(sheet, Animated::No);
+    const auto anchor = [this] { return layers().back()->property("anchor").toRectF(); };
+    EXPECT_TRUE(becomes([&] { return !layers().empty() && anchor() == row("B.txt") && !anchor().isEmpty(); }));
+
+    platform.drive.file("0.txt", "comes before");
+    ASSERT_TRUE(becomes([&] { return list->containedItemCount() == 4; }));
+    EXPECT_TRUE(becomes([&] {
+        platform.services().device.tellScreenChanged();
+        return called("0.txt") && anchor() == row("B.txt");
+    })) << "wherever it goes";
+    std::filesystem::remove(platform.drive.url("B.txt").path());
+    EXPECT_TRUE(becomes([&] {
+        platform.services().device.tellScreenChanged();
+        return anchor().isEmpty();
+    }));
 }
 
 } // namespace

@@ -32,8 +32,10 @@ protected:
         void documentListControllerSelectAllItems(DocumentListController& list) override { list.selectAllRows(); }
         void documentListControllerItemsChanged(DocumentListController&) override {}
         void documentListControllerPerformAction(DocumentListController&, int action, const URL& url,
-                                                 const std::shared_ptr<View>&, const std::function<void()>&) override
+                                                 const std::shared_ptr<View>& row,
+                                                 const std::function<void()>&) override
         {
+            actedOn = row;
             done.push_back(std::to_string(action) + " " + std::string(url.lastPathComponent()));
         }
         bool documentListControllerCanPerformAction(const DocumentListController&, ListAction) const override
@@ -59,6 +61,7 @@ protected:
         void documentListControllerURLWasRemoved(DocumentListController&) override {}
 
         std::vector<std::string> done;
+        std::weak_ptr<View> actedOn; ///< stands for the row of the last action
     };
 
     /// The drive's top folder, on screen.
