@@ -11,6 +11,12 @@ install(FILES ${PACKAGING}/org.orvane.TesselDrive.metainfo.xml DESTINATION ${CMA
 install(FILES ${APP_ICONS}/orvane.TesselDrive.svg DESTINATION ${ICONS}/scalable/apps)
 install(FILES ${APP_ICONS}/orvane.TesselDrive-symbolic.svg DESTINATION ${ICONS}/symbolic/apps)
 install(FILES ${PACKAGING}/tesseldrive.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME tesseldrive)
+if(EXISTS /etc/debian_version) # whose site-functions are the administrator's
+    set(ZSH_COMPLETIONS vendor-completions)
+else()
+    set(ZSH_COMPLETIONS site-functions)
+endif()
+install(FILES ${PACKAGING}/tesseldrive.zsh DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/${ZSH_COMPLETIONS} RENAME _tesseldrive)
 install(FILES ${PACKAGING}/copyright DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tesseldrive)
 
 # Debian wants these compressed, with no date in them.
