@@ -8,6 +8,7 @@
 #include <linux/seccomp.h>
 #include <sched.h>
 #include <sys/prctl.h>
+#include <sys/socket.h>
 #include <sys/syscall.h>
 
 #include <cerrno>
@@ -115,6 +116,26 @@ constexpr int kAllowed[] = {
 // What the sanitizers' runtime does beside the program.
 constexpr int kAllowedToSanitizers[] = {SYS_ptrace, SYS_wait4, SYS_getpgid, SYS_process_vm_readv, SYS_sched_getparam};
 
+constexpr int kDangerous[] = {
+    SYS_execve,
+    SYS_execveat,
+    SYS_kill,
+    SYS_pidfd_open,
+    SYS_pidfd_getfd,
+    SYS_pidfd_send_signal,
+    SYS_io_uring_setup,
+    SYS_bpf,
+    SYS_unshare,
+    SYS_perf_event_open,
+    SYS_setns,
+    SYS_userfaultfd,
+    SYS_process_vm_writev,
+    SYS_add_key,
+    SYS_keyctl,
+    SYS_request_key,
+};
+constexpr int kDangerousUnlessSanitized[] = {SYS_ptrace, SYS_process_vm_readv};
+
 constexpr std::uint32_t kWriting = O_WRONLY | O_RDWR | O_CREAT | O_TRUNC | O_APPEND | (O_TMPFILE & ~O_DIRECTORY);
 
 class Filter {
@@ -146,17 +167,43 @@ public:
         refuse();
     }
 
+    void forbid(int call)
+    {
+        add(BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, number(call), 0, 1));
+        answer(kForbidden);
+    }
+
+    /// Forbids a call whose first argument is another one.
+    void forbidUnless(int call, std::uint32_t first)
+    {
+        add(BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, number(call), 0, 4));
+        load(static_cast<std::uint32_t>(offsetof(seccomp_data, args)));
+        add(BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, first, 0, 1));
+        answer(SECCOMP_RET_ALLOW);
+        answer(kForbidden);
+    }
+
+    /// Numbers that mean the same calls in another way of calling.
+    void forbidFrom(std::uint32_t least)
+    {
+        add(BPF_JUMP(BPF_JMP | BPF_JGE | BPF_K, least, 0, 1));
+        answer(kForbidden);
+    }
+
+    void allowTheRest() { answer(SECCOMP_RET_ALLOW); }
+
     /// Calls that the C library can do without are unknown here, so that it takes its other way.
     void refuse() { answer(SECCOMP_RET_ERRNO | (ENOSYS & SECCOMP_RET_DATA)); }
 
     [[nodiscard]] bool install()
     {
-        refuse();
         const sock_fprog program = {static_cast<unsigned short>(steps_.size()), steps_.data()};
         return ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0;
     }
 
 private:
+    static constexpr std::uint32_t kForbidden = SECCOMP_RET_ERRNO | (EPERM & SECCOMP_RET_DATA);
+
     static std::uint32_t number(int call) { return static_cast<std::uint32_t>(call); }
     void add(sock_filter step) { steps_.push_back(step); }
     void load(std::uint32_t offset) { add(BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offset)); }
@@ -185,6 +232,25 @@ bool filterCalls()
     } else {
         filter.allowWith(SYS_clone, 0, CLONE_THREAD, true);
     }
+    filter.refuse();
+    return filter.install();
+}
+
+bool filterDangerousCalls(bool mayReachNetwork)
+{
+    constexpr std::uint32_t kOtherNumbers = 0x40000000;
+    if (kArchitecture == 0)
+        return true;
+    Filter filter;
+    filter.forbidFrom(kOtherNumbers);
+    for (const int call : kDangerous)
+        filter.forbid(call);
+    if (!kIsSanitized)
+        for (const int call : kDangerousUnlessSanitized)
+            filter.forbid(call);
+    if (!mayReachNetwork)
+        filter.forbidUnless(SYS_socket, AF_UNIX);
+    filter.allowTheRest();
     return filter.install();
 }
 

@@ -1,13 +1,13 @@
 // Plays one document for the program that started it, which gives it that as an open file. A process of its own, for
 // documents may be damaged, or made to do damage.
 #include "platform/qt/decoder/Sanitizers.h"
+#include "platform/qt/player/PlayerConfinement.h"
 #include "platform/qt/player/Playing.h"
 
 #include <QGuiApplication>
 
 #include <fcntl.h>
 #include <sys/prctl.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -15,10 +15,6 @@
 namespace {
 
 using namespace tessel;
-
-constexpr rlim_t kMostMemory = 2048ULL * 1024 * 1024; // bytes of addresses
-constexpr rlim_t kLargestFile = 256ULL * 1024 * 1024; // bytes; pictures in memory count as files
-constexpr rlim_t kMostDescriptors = 256;
 
 void becomeQuiet()
 {
@@ -33,25 +29,13 @@ void becomeQuiet()
         ::dup2(nowhere.get(), STDERR_FILENO);
 }
 
-bool limit(__rlimit_resource resource, rlim_t most)
-{
-    const rlimit limits = {most, most};
-    return ::setrlimit(resource, &limits) == 0;
-}
-
-bool limitResources()
-{
-    return limit(RLIMIT_FSIZE, kLargestFile) && limit(RLIMIT_NOFILE, kMostDescriptors) && limit(RLIMIT_CORE, 0) &&
-           (qt::kIsSanitized || limit(RLIMIT_AS, kMostMemory)) && ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0;
-}
-
 } // namespace
 
 int main(int argc, char* argv[])
 {
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     becomeQuiet();
-    if (!limitResources())
+    if (!qt::confinePlayer())
         return 1;
     QGuiApplication application(argc, argv);
     const qt::Playing playing(kPlayerSocket);

@@ -10,15 +10,24 @@
 #include <chrono>
 #include <csignal>
 #include <filesystem>
+#include <fstream>
 #include <map>
 #include <random>
+#include <unistd.h>
 
 namespace tessel {
 namespace {
 
+using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
 using namespace std::chrono_literals;
+
+std::string contentOf(const std::filesystem::path& file)
+{
+    std::ifstream stream(file);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
 
 class MediaPlayerTest : public ::testing::Test {
 protected:
@@ -115,6 +124,22 @@ TEST_F(MediaPlayerTest, AFilmShowsItsPicturesAgainAndAgain)
             EXPECT_NEAR(static_cast<int>(bytes[4 * x + 1]), 0x40, 3);
         }
     }
+}
+
+TEST_F(MediaPlayerTest, ItsProgramIsConfined)
+{
+    open(platform.drive.file("Tone.wav", media::tone(5)));
+    ASSERT_TRUE(isOpened());
+    int programs = 0;
+    for (const auto& process : std::filesystem::directory_iterator("/proc")) {
+        const auto status = contentOf(process.path() / "status");
+        if (status.find("\nPPid:\t" + std::to_string(::getpid()) + "\n") == std::string::npos)
+            continue;
+        ++programs;
+        EXPECT_THAT(status, HasSubstr("\nNoNewPrivs:\t1\n"));
+        EXPECT_THAT(status, HasSubstr("\nSeccomp:\t2\n"));
+    }
+    EXPECT_EQ(programs, 1);
 }
 
 TEST_F(MediaPlayerTest, PausesAndGoesWhereItIsAskedTo)
