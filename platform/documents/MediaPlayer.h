@@ -34,7 +34,7 @@ public:
     virtual void pause() = 0;
     /// @param position in seconds, from 0 to the length
     virtual void seek(double position) = 0;
-    /// @param volume from 0 to 1
+    /// @param volume from 0 to 1, as loud as it sounds
     virtual void setVolume(double volume) = 0;
     /// Pictures are no larger than this from now on. @param width, height in pixels
     virtual void setLargestPicture(int width, int height) = 0;

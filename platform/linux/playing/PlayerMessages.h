@@ -17,7 +17,7 @@ struct PlayerOrder {
         Play,
         Pause,
         Seek,           ///< to `value`, in seconds
-        Volume,         ///< `value`, from 0 to 1
+        Volume,         ///< `value`, from 0 to 1, as loud as it sounds
         LargestPicture, ///< `width` and `height`, in pixels
         NextPicture,    ///< the last picture is used up; no other comes before this
     };

@@ -84,7 +84,7 @@ void Playing::follow(const PlayerOrder& order, FileDescriptor file)
     case PlayerOrder::Work::Seek:
         return seek(millisecondsOf(order.value));
     case PlayerOrder::Work::Volume:
-        return output_ ? output_->setVolume(float(std::clamp(order.value, 0.0, 1.0))) : void();
+        return setVolume(order.value);
     case PlayerOrder::Work::LargestPicture:
         largest_ = {std::clamp(order.width, 1, kLargestSide), std::clamp(order.height, 1, kLargestSide)};
         return;
@@ -192,6 +192,13 @@ void Playing::seek(qint64 position)
     } else {
         player_->setPosition(position);
     }
+}
+
+void Playing::setVolume(double volume)
+{
+    const auto heard = std::isfinite(volume) ? float(std::clamp(volume, 0.0, 1.0)) : 1.0F;
+    if (output_)
+        output_->setVolume(QAudio::convertVolume(heard, QAudio::LogarithmicVolumeScale, QAudio::LinearVolumeScale));
 }
 
 /// Some time of playing has passed.

@@ -3,6 +3,7 @@
 #include "platform/linux/files/FileDescriptor.h"
 #include "platform/linux/playing/PlayerMessages.h"
 
+#include <QAudio>
 #include <QAudioDevice>
 #include <QAudioOutput>
 #include <QElapsedTimer>
@@ -36,6 +37,7 @@ private:
     void play();
     void pause();
     void seek(qint64 position);
+    void setVolume(double volume);
     void goOn();
     void fail(ContentProblem);
     void statusChanged(QMediaPlayer::MediaStatus);

@@ -97,9 +97,8 @@ private:
     DocumentDecoder::Ticket ticket_ = 0;
 };
 
-DocumentPicture::DocumentPicture(QQuickItem* parent) : QQuickItem(parent)
+DocumentPicture::DocumentPicture(QQuickItem* parent) : PreviewItem(parent)
 {
-    setFlag(ItemHasContents);
     connect(this, &DocumentPicture::wishChanged, this, &DocumentPicture::polish);
 }
 
@@ -107,18 +106,6 @@ DocumentPicture::~DocumentPicture()
 {
     Order::cancel(wholeOrder_);
     Order::cancel(partOrder_);
-}
-
-void DocumentPicture::setPreview(DocumentPreview* preview)
-{
-    if (preview_ == preview)
-        return;
-    if (preview_)
-        preview_->disconnect(this);
-    preview_ = preview;
-    if (preview)
-        connect(preview, &DocumentPreview::changed, this, &DocumentPicture::polish);
-    emit wishChanged();
 }
 
 void DocumentPicture::setIndex(int index)
@@ -180,7 +167,7 @@ void DocumentPicture::updatePolish()
 
 bool DocumentPicture::canBePainted() const
 {
-    return window() && preview_ && preview_->url() && !fitted_.isEmpty();
+    return window() && preview() && preview()->url() && !fitted_.isEmpty();
 }
 
 QSize DocumentPicture::pixels(const QSizeF& points) const
@@ -196,11 +183,11 @@ void DocumentPicture::wish()
     if (!canBePainted())
         return;
     const auto wanted = pixels(fitted_);
-    const bool isOtherDocument = url_ != preview_->url();
-    if (!isOtherDocument && reading_ == preview_->reading() && wholePixels_ == wanted)
+    const bool isOtherDocument = url_ != preview()->url();
+    if (!isOtherDocument && reading_ == preview()->reading() && wholePixels_ == wanted)
         return;
-    url_ = preview_->url();
-    reading_ = preview_->reading();
+    url_ = preview()->url();
+    reading_ = preview()->reading();
     wholePixels_ = wanted;
     frame_ = 0;
     frameTimer_.stop();
@@ -236,7 +223,7 @@ void DocumentPicture::wholeWasPainted(const Answer& answer)
     }
     emit paintedChanged();
     if (hasFailed_)
-        return preview_ ? preview_->pictureHasProblem(index_, *answer.problem) : void();
+        return preview() ? preview()->pictureHasProblem(index_, *answer.problem) : void();
     rest_.start(kUntilRest, this);
     if (answer.milliseconds > 0 || frame_ > 0)
         frameTimer_.start(answer.milliseconds > 0 ? std::max(kShortestFrame, answer.milliseconds) : kUsualFrame, this);
@@ -249,8 +236,8 @@ void DocumentPicture::wholeWasPainted(const Answer& answer)
 /// The next frame is painted while this one is shown.
 void DocumentPicture::moveOn()
 {
-    const int count = preview_ ? preview_->count() : 0;
-    if (count <= 1 || preview_->kind() != DocumentPreview::Image)
+    const int count = preview() ? preview()->count() : 0;
+    if (count <= 1 || preview()->kind() != DocumentPreview::Image)
         return frameTimer_.stop();
     frame_ = (frame_ + 1) % count;
     orderWhole(frame_);
@@ -268,7 +255,8 @@ void DocumentPicture::orderPart()
         return;
     const auto scale = window()->effectiveDevicePixelRatio();
     const bool isLarger = width() * scale > wholePixels_.width() * kWorthPainting;
-    const bool isAllThereIs = preview_->kind() == DocumentPreview::Image && whole_.width() >= preview_->size().width();
+    const bool isAllThereIs =
+        preview()->kind() == DocumentPreview::Image && whole_.width() >= preview()->size().width();
     if (!isLarger || isAllThereIs) {
         part_ = {};
         sharp_ = {};

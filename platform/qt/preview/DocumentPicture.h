@@ -1,11 +1,9 @@
 #pragma once
 
-#include "platform/qt/preview/DocumentPreview.h"
+#include "platform/qt/preview/PreviewItem.h"
 
 #include <QBasicTimer>
 #include <QImage>
-#include <QPointer>
-#include <QQuickItem>
 
 #include <memory>
 #include <mutex>
@@ -17,10 +15,9 @@ namespace tessel::qt {
 /// when it is larger, its part in sight (`sight`) once more as sharp as the screen is, as soon as that has come to
 /// rest. Until something new is painted, what there is is stretched. An image of several frames moves while it is
 /// `playing`.
-class DocumentPicture : public QQuickItem {
+class DocumentPicture : public PreviewItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(tessel::qt::DocumentPreview* preview READ preview WRITE setPreview NOTIFY wishChanged)
     Q_PROPERTY(int index MEMBER index_ WRITE setIndex NOTIFY wishChanged)
     Q_PROPERTY(QSizeF fitted MEMBER fitted_ WRITE setFitted NOTIFY wishChanged)
     Q_PROPERTY(QRectF sight MEMBER sight_ WRITE setSight NOTIFY wishChanged)
@@ -33,8 +30,6 @@ public:
     explicit DocumentPicture(QQuickItem* parent = nullptr);
     ~DocumentPicture() override;
 
-    [[nodiscard]] DocumentPreview* preview() const { return preview_; }
-    void setPreview(DocumentPreview*);
     void setIndex(int);
     void setFitted(const QSizeF&);
     void setSight(const QRectF&);
@@ -48,6 +43,7 @@ signals:
     void paintedChanged();
 
 protected:
+    void follow() override { polish(); }
     void geometryChange(const QRectF& now, const QRectF& before) override;
     void itemChange(ItemChange, const ItemChangeData&) override;
     void updatePolish() override;
@@ -73,7 +69,6 @@ private:
     void partWasPainted(const Answer&, const QRectF& part);
     void moveOn();
 
-    QPointer<DocumentPreview> preview_;
     int index_ = 0;
     QSizeF fitted_;
     QRectF sight_;

@@ -34,25 +34,11 @@ QString timeText(double seconds)
 
 } // namespace
 
-DocumentPlayer::DocumentPlayer(QQuickItem* parent) : QQuickItem(parent)
+DocumentPlayer::DocumentPlayer(QQuickItem* parent) : PreviewItem(parent)
 {
-    setFlag(ItemHasContents);
 }
 
 DocumentPlayer::~DocumentPlayer() = default;
-
-void DocumentPlayer::setPreview(DocumentPreview* preview)
-{
-    if (preview_ == preview)
-        return;
-    if (preview_)
-        preview_->disconnect(this);
-    preview_ = preview;
-    if (preview)
-        connect(preview, &DocumentPreview::changed, this, &DocumentPlayer::follow);
-    follow();
-    emit previewChanged();
-}
 
 void DocumentPlayer::setActive(bool isActive)
 {
@@ -62,24 +48,33 @@ void DocumentPlayer::setActive(bool isActive)
     emit activeChanged();
 }
 
+void DocumentPlayer::setVolume(double volume)
+{
+    if (std::exchange(volume_, volume) == volume)
+        return;
+    if (player_)
+        player_->setVolume(volume);
+    emit volumeChanged();
+}
+
 /// Opens what the preview shows, once it is another document or has been read anew; it goes on playing then.
 void DocumentPlayer::follow()
 {
-    const bool isWanted = isActive_ && preview_ && preview_->url() && preview_->isMedia();
+    const bool isWanted = isActive_ && preview() && preview()->url() && preview()->isMedia();
     if (!isWanted)
         return close();
-    const bool isSameDocument = url_ == preview_->url();
-    if (player_ && isSameDocument && reading_ == preview_->reading())
+    const bool isSameDocument = url_ == preview()->url();
+    if (player_ && isSameDocument && reading_ == preview()->reading())
         return;
     if (!isSameDocument) {
-        position_ = preview_->place();
+        position_ = preview()->place();
         seconds_ = 0;
         picture_ = {};
-        hasVideo_ = preview_->kind() == DocumentPreview::Video;
+        hasVideo_ = preview()->kind() == DocumentPreview::Video;
     }
     const bool wasPlaying = isSameDocument && isPlaying();
-    url_ = preview_->url();
-    reading_ = preview_->reading();
+    url_ = preview()->url();
+    reading_ = preview()->reading();
     open();
     if (player_ && wasPlaying)
         player_->play();
@@ -90,9 +85,10 @@ void DocumentPlayer::open()
 {
     player_ = platform::installed().decoder.openPlayer(*url_);
     if (!player_)
-        return preview_->playerHasProblem(ContentProblem::NotPlayable);
+        return preview()->playerHasProblem(ContentProblem::NotPlayable);
     player_->changed = [this] { playerChanged(); };
     player_->showPicture = [this](const ContentPicture& picture) { showPicture(picture); };
+    player_->setVolume(volume_);
     tellSize();
     if (position_ > 0)
         player_->seek(position_);
@@ -109,7 +105,7 @@ void DocumentPlayer::playerChanged()
     const auto state = player_->state();
     if (state.problem) {
         close();
-        return preview_ ? preview_->playerHasProblem(*state.problem) : void();
+        return preview() ? preview()->playerHasProblem(*state.problem) : void();
     }
     if (state.isOpen) {
         hasVideo_ = state.hasVideo;
@@ -125,8 +121,8 @@ void DocumentPlayer::tellPlace(const MediaState& state)
 {
     constexpr double kOften = 5; // seconds
     const auto place = state.hasEnded ? 0 : state.position;
-    if (preview_ && (!state.isPlaying || std::abs(place - preview_->place()) >= kOften))
-        preview_->setPlace(place);
+    if (preview() && (!state.isPlaying || std::abs(place - preview()->place()) >= kOften))
+        preview()->setPlace(place);
 }
 
 void DocumentPlayer::showPicture(const ContentPicture& picture)

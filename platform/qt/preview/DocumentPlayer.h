@@ -1,11 +1,9 @@
 #pragma once
 
 #include "platform/documents/MediaPlayer.h"
-#include "platform/qt/preview/DocumentPreview.h"
+#include "platform/qt/preview/PreviewItem.h"
 
 #include <QImage>
-#include <QPointer>
-#include <QQuickItem>
 
 #include <memory>
 #include <optional>
@@ -14,13 +12,14 @@ namespace tessel::qt {
 
 /// Plays a preview's sound or film, and shows the pictures of that, as large as fits. What plays it is there only while
 /// `active`; the place is kept, also when the document is read anew.
-class DocumentPlayer : public QQuickItem {
+class DocumentPlayer : public PreviewItem {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(tessel::qt::DocumentPreview* preview READ preview WRITE setPreview NOTIFY previewChanged)
     Q_PROPERTY(bool active MEMBER isActive_ WRITE setActive NOTIFY activeChanged)
+    Q_PROPERTY(double volume MEMBER volume_ WRITE setVolume NOTIFY volumeChanged)
     Q_PROPERTY(bool ready READ isReady NOTIFY changed)
     Q_PROPERTY(bool playing READ isPlaying NOTIFY changed)
+    Q_PROPERTY(bool heard READ isHeard NOTIFY changed)
     Q_PROPERTY(bool pictured READ isPictured NOTIFY changed)
     Q_PROPERTY(double seconds READ seconds NOTIFY changed)
     Q_PROPERTY(double position READ position NOTIFY changed)
@@ -31,11 +30,13 @@ public:
     explicit DocumentPlayer(QQuickItem* parent = nullptr);
     ~DocumentPlayer() override;
 
-    [[nodiscard]] DocumentPreview* preview() const { return preview_; }
-    void setPreview(DocumentPreview*);
     void setActive(bool);
+    /// @param volume from 0 to 1, as loud as it sounds
+    void setVolume(double volume);
     [[nodiscard]] bool isReady() const { return player_ && player_->state().isOpen; }
     [[nodiscard]] bool isPlaying() const { return player_ && player_->state().isPlaying; }
+    /// Whether the device has something to make sound with.
+    [[nodiscard]] bool isHeard() const { return isReady() && player_->state().isHeard; }
     /// Whether there is, or will be, a picture.
     [[nodiscard]] bool isPictured() const { return hasVideo_; }
     [[nodiscard]] double seconds() const { return seconds_; }
@@ -50,16 +51,16 @@ public:
     Q_INVOKABLE void seek(double position);
 
 signals:
-    void previewChanged();
     void activeChanged();
+    void volumeChanged();
     void changed();
 
 protected:
+    void follow() override;
     void geometryChange(const QRectF& now, const QRectF& before) override;
     QSGNode* updatePaintNode(QSGNode*, UpdatePaintNodeData*) override;
 
 private:
-    void follow();
     void open();
     void close();
     void playerChanged();
@@ -67,8 +68,8 @@ private:
     void showPicture(const ContentPicture&);
     void tellSize();
 
-    QPointer<DocumentPreview> preview_;
     bool isActive_ = false;
+    double volume_ = 1;
     std::shared_ptr<MediaPlayer> player_;
     std::optional<URL> url_; ///< of what is played, and so on
     std::uint64_t reading_ = 0;

@@ -11,10 +11,13 @@ Item {
     objectName: "previewMedia"
 
     function handle(event) {
-        if (event.key !== Qt.Key_Space)
-            return slider.handle(event)
-        player.toggle()
-        return true
+        switch (event.key) {
+        case Qt.Key_Space: return player.toggle(), true
+        case Qt.Key_Up: return Loudness.set(Loudness.volume + 0.1), true
+        case Qt.Key_Down: return Loudness.set(Loudness.volume - 0.1), true
+        case Qt.Key_M: return Loudness.muted = !Loudness.muted, true
+        }
+        return slider.handle(event)
     }
 
     Rectangle {
@@ -33,6 +36,7 @@ Item {
         anchors.bottom: controls.top
         preview: view.preview
         active: !view.covered && view.visible && shell.active
+        volume: Loudness.heard
         Accessible.role: Accessible.Graphic
         Accessible.name: view.preview?.name ?? ""
         Accessible.ignored: !pictured
@@ -48,49 +52,71 @@ Item {
         visible: !player.pictured
         spacing: 10
 
-        Image {
+        Rectangle {
             anchors.horizontalCenter: parent.horizontalCenter
-            source: view.preview?.icon ?? ""
-            sourceSize: Qt.size(96, 96)
-            Accessible.ignored: true
+            width: Math.min(280, 0.64 * parent.width, player.height - words.height - 40)
+            height: width
+            radius: 24
+            visible: width > 72
+            color: Theme.field
+
+            Image {
+                anchors.centerIn: parent
+                width: parent.width / 2
+                height: width
+                source: view.preview?.icon ?? ""
+                sourceSize: Qt.size(width, height)
+                Accessible.ignored: true
+            }
         }
 
-        Text {
-            width: parent.width
-            text: view.preview?.name ?? ""
-            textFormat: Text.PlainText
-            font.pixelSize: Theme.heading
-            font.bold: true
-            color: Theme.text
-            wrapMode: Text.Wrap
-            maximumLineCount: 4
-            elide: Text.ElideRight
-            horizontalAlignment: Text.AlignHCenter
-            Accessible.role: Accessible.Heading
-            Accessible.name: text
-        }
+        Column {
+            id: words
 
-        Text {
-            objectName: "previewDetail"
             width: parent.width
-            text: view.preview?.detail ?? ""
-            textFormat: Text.PlainText
-            font.pixelSize: Theme.body
-            color: Theme.secondaryText
-            wrapMode: Text.Wrap
-            horizontalAlignment: Text.AlignHCenter
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
+            spacing: 4
+
+            Text {
+                width: parent.width
+                text: view.preview?.name ?? ""
+                textFormat: Text.PlainText
+                font.pixelSize: Theme.heading
+                font.bold: true
+                color: Theme.text
+                wrapMode: Text.Wrap
+                maximumLineCount: 4
+                elide: Text.ElideRight
+                horizontalAlignment: Text.AlignHCenter
+                Accessible.role: Accessible.Heading
+                Accessible.name: text
+            }
+
+            Text {
+                objectName: "previewDetail"
+                width: parent.width
+                text: view.preview?.detail ?? ""
+                textFormat: Text.PlainText
+                font.pixelSize: Theme.body
+                color: Theme.secondaryText
+                wrapMode: Text.Wrap
+                horizontalAlignment: Text.AlignHCenter
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
+            }
         }
     }
 
-    Column {
+    Item {
         id: controls
+
+        // A film, or little room, has all of them in one row.
+        readonly property bool low: player.pictured || view.height < 480
 
         anchors.horizontalCenter: parent.horizontalCenter
         anchors.bottom: parent.bottom
-        anchors.bottomMargin: 8
+        anchors.bottomMargin: low ? 4 : 20
         width: Math.min(parent.width - 2 * Theme.margin, 640)
+        height: low || !volume.visible ? button.y + button.height : volume.y + volume.height
 
         TimeSlider {
             id: slider
@@ -105,40 +131,56 @@ Item {
             onSeek: position => player.seek(position)
         }
 
-        Item {
-            width: parent.width
-            height: Math.max(button.height, elapsed.height)
+        TimeText {
+            id: elapsed
 
-            TimeText {
-                id: elapsed
+            objectName: "elapsed"
+            anchors.left: parent.left
+            y: slider.height - 10
+            text: player.elapsed
+            Accessible.name: shell.text("Time elapsed: %@").replace("%@", text)
+        }
 
-                objectName: "elapsed"
-                anchors.left: parent.left
-                anchors.verticalCenter: parent.verticalCenter
-                text: player.elapsed
-                Accessible.name: shell.text("Time elapsed: %@").replace("%@", text)
+        TimeText {
+            id: remaining
+
+            objectName: "remaining"
+            anchors.right: parent.right
+            y: elapsed.y
+            visible: player.seconds > 0
+            text: player.remaining
+            Accessible.name: shell.text("Time remaining: %@").replace("%@", text)
+        }
+
+        SymbolButton {
+            id: button
+
+            objectName: "playButton"
+            anchors.horizontalCenter: parent.horizontalCenter
+            y: elapsed.y + elapsed.height + (controls.low ? -8 : 4)
+            width: controls.low ? 52 : 68
+            height: width
+            name: player.playing ? shell.text("Pause") : shell.text("Play")
+            symbol: player.playing ? "pause" : "play"
+            color: Theme.accentText
+            usable: player.ready
+            onActivated: player.toggle()
+
+            Rectangle {
+                z: -1
+                anchors.fill: parent
+                radius: width / 2
+                color: button.usable ? Theme.accent : Theme.faint
             }
+        }
 
-            SymbolButton {
-                id: button
+        VolumeControl {
+            id: volume
 
-                objectName: "playButton"
-                anchors.centerIn: parent
-                name: player.playing ? shell.text("Pause") : shell.text("Play")
-                symbol: player.playing ? "pause" : "play"
-                usable: player.ready
-                onActivated: player.toggle()
-            }
-
-            TimeText {
-                id: remaining
-
-                objectName: "remaining"
-                anchors.right: parent.right
-                anchors.verticalCenter: parent.verticalCenter
-                text: player.remaining
-                Accessible.name: shell.text("Time remaining: %@").replace("%@", text)
-            }
+            visible: player.heard
+            width: controls.low ? (parent.width - button.width) / 2 - 20 : Math.min(parent.width, 300)
+            x: !controls.low ? (parent.width - width) / 2 : shell.mirrored ? parent.width - width : 0
+            y: controls.low ? button.y + (button.height - height) / 2 : button.y + button.height + 8
         }
     }
 

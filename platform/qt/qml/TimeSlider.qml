@@ -1,6 +1,7 @@
 import QtQuick
 
-// Where something that is played has come to, and a way to go elsewhere. It runs in the direction of reading.
+// Where something that is played has come to, or how loud it is, and a way to change that. It runs in the direction of
+// reading.
 Item {
     id: slider
 
@@ -12,7 +13,7 @@ Item {
     property real dragged: -1
     readonly property real shown: dragged >= 0 ? dragged : position
     readonly property real part: seconds > 0 ? Math.max(0, Math.min(1, shown / seconds)) : 0
-    readonly property real step: Math.max(1, seconds / 50)
+    property real step: Math.max(1, seconds / 50)
     signal seek(real position)
 
     implicitHeight: Theme.touch

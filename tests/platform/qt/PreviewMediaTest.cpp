@@ -101,6 +101,25 @@ TEST_F(PreviewMediaTest, BeginsPausedWhereTheUserWas)
     EXPECT_NEAR(preview->place(), 12, 0.1);
 }
 
+TEST_F(PreviewMediaTest, HowLoudItIsIsKeptForTheNextDocument)
+{
+    openPreview(platform.drive.file("Tone.wav", media::tone(20)));
+    ASSERT_TRUE(isReady());
+    const auto volume = [this] { return player() ? player()->property("volume").toDouble() : -1; };
+    EXPECT_EQ(volume(), 1);
+    key(Qt::Key_Down);
+    EXPECT_NEAR(volume(), 0.9, 0.001);
+    key(Qt::Key_M);
+    EXPECT_EQ(volume(), 0);
+    document = platform.drive.file("Film.avi", media::film(20, 160, 120));
+    preview->reloadData();
+    ASSERT_TRUE(becomes([&] { return player() && player()->isReady() && player()->isPictured(); }));
+    EXPECT_EQ(volume(), 0);
+    key(Qt::Key_M);
+    EXPECT_NEAR(volume(), 0.9, 0.001);
+    EXPECT_EQ(item("volumeControl") != nullptr, player()->isHeard());
+}
+
 TEST_F(PreviewMediaTest, WhatIsDamagedHasAPageThatSaysSo)
 {
     openPreview(platform.drive.file("Film.avi", "no film at all"));
