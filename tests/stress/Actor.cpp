@@ -145,6 +145,8 @@ std::vector<Actor::Item> Actor::itemsIn(const URL& folder)
     for (fs::directory_iterator entry(folder.path(), ended); !ended && entry != fs::directory_iterator();
          entry.increment(ended)) {
         const auto url = URL::file(entry->path().native());
+        if (url.lastPathComponent().starts_with(kOwnFolders))
+            continue;
         if (!isHidden(entry->path())) {
             items.push_back({url, entry->is_directory(ignored), false});
         } else if (isPlaceholderName(url.lastPathComponent())) {

@@ -77,7 +77,10 @@ protected:
     [[nodiscard]] std::optional<Item> anyItem(Kind, std::size_t place);
     [[nodiscard]] std::optional<Item> anyItem(Kind kind) { return anyItem(kind, anyPlace()); }
 
-    /// What people see in a folder, in a fixed order.
+    /// How the names of folders begin that only one process puts anything into, or takes anything out of.
+    static constexpr const char* kOwnFolders = "Own ";
+
+    /// What people see in a folder, but for folders that are another one's own, in a fixed order.
     [[nodiscard]] static std::vector<Item> itemsIn(const URL& folder);
     /// Of a document, told to the ledger when it is torn.
     [[nodiscard]] std::optional<std::string> identifierAt(const URL& document);

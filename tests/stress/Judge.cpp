@@ -163,7 +163,7 @@ private:
                 content.document = operation.words.at(2);
         }
         for (const auto& identifier : operation.intends)
-            if (isDone || !operation.outcome)
+            if (isDone || !operation.outcome || operation.outcome == "in part")
                 remove(contents_[identifier], isDone ? Certainty::Yes : Certainty::Maybe, operation.intendsSince);
         if (what == "identify" && isDone)
             answers_[operation.answer.at(1)].push_back({operation.answer.at(2), operation.last});
@@ -228,9 +228,9 @@ private:
                    const auto touches = [&](const std::string& path) {
                        return content.displacedAt == path || isBelow(content.displacedAt, path);
                    };
-                   return move.words.size() == 3 && !writes(move.words) && move.outcome != "done" &&
+                   return move.words.size() >= 3 && !writes(move.words) && move.outcome != "done" &&
                           content.goneSince > move.first && content.goneSince < endOf(entry.first, move) &&
-                          (touches(move.words[1]) || touches(move.words[2]));
+                          std::any_of(move.words.begin() + 1, move.words.end(), touches);
                });
     }
 

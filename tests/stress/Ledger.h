@@ -14,7 +14,7 @@ namespace tessel {
 ///     Begin   what the operation is, the path of its item, then for "create" the content's identifier, for "save"
 ///             that and the identifier of the content that it is based on; "create in turn" and "save in turn" are
 ///             coordinated
-///     End     "done" or why not; after "done" of "identify" the number and the content's identifier
+///     End     "done", "in part" or why not; after "done" of "identify" the number and the content's identifier
 ///     Fact    "looks", before it is found out what follows
 ///             "intends" and the identifiers of all contents that the operation removes when it is done
 ///             "displaced", a content and the one that took its place

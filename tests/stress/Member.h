@@ -31,7 +31,8 @@ private:
     const platform::Scope scopeOfCoordination_;
 };
 
-/// A person who looks through the drive and arranges it.
+/// A person who looks through the drive and arranges it, by what the program calls: quicker than through a console, and
+/// with tags, eviction and the trash, which that has no words for.
 class Browser final : public Member {
 public:
     using Member::Member;

@@ -2,6 +2,7 @@
 
 #include "app/common/TesselDriveApp_StrataAdditions.h"
 #include "platform/base/Platform.h"
+#include "tests/stress/ConsoleUser.h"
 #include "tests/stress/Editor.h"
 #include "tests/stress/Member.h"
 #include "tests/stress/SafeSave.h"
@@ -25,12 +26,15 @@ namespace {
 
 using Time = std::chrono::steady_clock;
 
-constexpr int kProcesses = 4;
+constexpr int kProcesses = 5;
+constexpr int kUsers = 2; // the first ones
 constexpr int kAgent = 2;
 constexpr int kEditor = 3;
-constexpr int kAuditor = 4;          // who comes when the others have gone
+constexpr int kAuditor = 5;          // who comes when the others have gone
+constexpr int kUserPercent = 2;      // of all operations: theirs take long
 constexpr int kPatience = 60'000;    // milliseconds
 constexpr int kLongestDelay = 3'000; // microseconds
+constexpr int kLongestDelayOfUsers = 30'000;
 
 std::unique_ptr<Actor> actorFor(const Part& part, const Stage& stage, int ledger)
 {
@@ -39,6 +43,9 @@ std::unique_ptr<Actor> actorFor(const Part& part, const Stage& stage, int ledger
         return std::make_unique<Agent>(part, stage, ledger);
     case kEditor:
         return std::make_unique<Editor>(part, stage, ledger);
+    case 0:
+    case 1:
+        return std::make_unique<ConsoleUser>(part, stage, ledger);
     default:
         return std::make_unique<Browser>(part, stage, ledger);
     }
@@ -50,6 +57,7 @@ pid_t fork(const std::function<void()>& work)
     const pid_t child = ::fork();
     if (child != 0)
         return child;
+    ::setpgid(0, 0); // it dies together with what it has started
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     int status = EXIT_SUCCESS;
     try {
@@ -112,7 +120,8 @@ private:
     int number(int below) { return static_cast<int>(random_() % static_cast<std::uint64_t>(below)); }
     [[nodiscard]] int shareOf(int process) const
     {
-        return options_.operations / kProcesses + (process < options_.operations % kProcesses ? 1 : 0);
+        const int ofUser = options_.operations * kUserPercent / 100;
+        return process < kUsers ? ofUser : (options_.operations - kUsers * ofUser) / (kProcesses - kUsers);
     }
 
     void start(int process)
@@ -154,7 +163,7 @@ private:
         if (killsAt_.empty() || result_.operations < killsAt_.back())
             return;
         killsAt_.pop_back();
-        victim_ = line.process;
+        victim_ = number(3) == 0 ? number(kUsers) : line.process;
     }
 
     // Some way into the operation that it has just begun; what others write meanwhile waits in the ledger.
@@ -163,10 +172,11 @@ private:
         auto& member = members_.at(static_cast<std::size_t>(process));
         if (member.child <= 0) // it has done its share: somebody else dies
             return killsAt_.push_back(result_.operations);
-        const auto due = Time::now() + std::chrono::microseconds(number(kLongestDelay));
+        const auto due =
+            Time::now() + std::chrono::microseconds(number(process < kUsers ? kLongestDelayOfUsers : kLongestDelay));
         while (Time::now() < due) {
         }
-        ::kill(member.child, SIGKILL);
+        ::kill(-member.child, SIGKILL);
         ::waitpid(std::exchange(member.child, -1), nullptr, 0);
         while (ledger_.receive(0))
             noteLast();

@@ -33,9 +33,9 @@ struct RunResult {
     std::string keptAt; ///< where drive and ledger are kept, when they do not agree
 };
 
-/// Has two browsers, a sync agent and an editor work on one drive, kills them now and then, starts them again, and
-/// compares what is there in the end with the ledger. Throws when a process ends badly or nothing happens for a
-/// minute.
+/// Has two users of the whole program, a browser that is one of its parts, a sync agent and an editor work on one
+/// drive, kills them now and then, starts them again, and compares what is there in the end with the ledger. Throws
+/// when a process ends badly or nothing happens for a minute.
 [[nodiscard]] RunResult runStress(const RunOptions&);
 
 } // namespace tessel

@@ -13,9 +13,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kNearLibrary = "orvane.Lookbook";
-constexpr const char* kFarLibrary = "orvane.Songbook";
-
 URL newFolderIn(const fs::path& parent)
 {
     auto pattern = (parent / "tesseldrive-stress-XXXXXX").string();
@@ -39,8 +36,8 @@ URL containerIn(const URL& home, const char* identifier)
 std::array<URL, 4> placesIn(const URL& home)
 {
     const auto top = containerIn(home, kDefaultContainerIdentifier);
-    return {top, containerIn(home, kNearLibrary).appending("Documents"),
-            containerIn(home, kFarLibrary).appending("Documents"), top.appending(".Trash")};
+    return {top, containerIn(home, Stage::kNearLibrary).appending("Documents"),
+            containerIn(home, Stage::kFarLibrary).appending("Documents"), top.appending(".Trash")};
 }
 
 } // namespace

@@ -29,6 +29,9 @@ public:
     static constexpr std::size_t kContainers = 3;
     static constexpr std::size_t kFarContainer = 2;
     static constexpr std::size_t kTrash = 3;
+    /// The titles of the libraries.
+    static constexpr const char* kNearLibrary = "orvane.Lookbook";
+    static constexpr const char* kFarLibrary = "orvane.Songbook";
     [[nodiscard]] const std::array<URL, 4>& places() const { return places_; }
     [[nodiscard]] bool hasOtherFileSystem() const { return hasOtherFileSystem_; }
 
