@@ -98,9 +98,13 @@ TEST_F(SessionTest, ContinuesWhatIsLookedAtInAnotherInstance)
         return other.error + std::string(std::istreambuf_iterator<char>(lines), {});
     };
     EXPECT_THAT(continued(), HasSubstr("Nothing is looked at elsewhere"));
-    does("action Top.txt Info");
     const fs::path activities = folder.url("home/activities").path();
-    while (!fs::exists(activities) || fs::is_empty(activities)) // written on another thread
+    const auto ofTheDead = activities / "1";
+    fs::create_directory(activities);
+    std::ofstream(ofTheDead) << "left";
+    fs::last_write_time(ofTheDead, fs::file_time_type::clock::now() - std::chrono::minutes(2));
+    does("action Top.txt Info");
+    while (fs::is_empty(activities) || fs::exists(ofTheDead)) // on another thread
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
     EXPECT_THAT(continued(), AllOf(HasSubstr("Relaya document URL: file://" + folder.url("drive/Top.txt").path()),
                                    Not(HasSubstr("elsewhere"))));

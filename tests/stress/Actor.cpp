@@ -197,10 +197,14 @@ Actor::Words Actor::outcomeOf(const std::optional<Error>& error)
 
 void Actor::damageSomething()
 {
-    auto item = anyItem(Kind::Document);
-    while (!item || item->isInCloudOnly)
-        item = anyItem(Kind::Document);
-    const fs::path path = item->url.path();
+    // A document of its own: what others did with theirs may excuse the damage, or the store have another copy.
+    const auto document = stage_.places().front().appending("Damaged.txt");
+    const fs::path path = document.path();
+    const auto identifier = newIdentifier();
+    operate({"create", document.path(), identifier}, [&]() -> Words {
+        std::ofstream(path, std::ios::binary) << makeContent(identifier, anyLength());
+        return {"done"};
+    });
     const auto beside = [&](const char* name) { return path.parent_path() / name; };
     switch (part_.sabotage) {
     case Sabotage::None:

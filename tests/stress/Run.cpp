@@ -15,6 +15,7 @@
 #include <chrono>
 #include <csignal>
 #include <exception>
+#include <filesystem>
 #include <iostream>
 #include <optional>
 #include <stdexcept>
@@ -69,12 +70,22 @@ pid_t fork(const std::function<void()>& work)
     ::_exit(status);
 }
 
+// As if some time had passed: files of a minute ago are nobody's any more.
+void ageTemporaryFiles(const URL& folder)
+{
+    namespace fs = std::filesystem;
+    for (const auto& entry : fs::directory_iterator(folder.path()))
+        if (entry.is_regular_file() && entry.path().filename().native().starts_with('.'))
+            fs::last_write_time(entry, fs::file_time_type::clock::now() - std::chrono::minutes(2));
+}
+
 // A last clean start: saves that were interrupted are gone on with, and all documents are asked for their identifiers.
 void audit(const Stage& stage, int ledger)
 {
     LedgerPen pen(ledger, kAuditor, 0);
     SafeSave::recoverAll(pen, "editor", stage);
     SafeSave::recoverAll(pen, "agent", stage);
+    ageTemporaryFiles(stage.home());
     const auto platform = stage.startPlatform();
     const platform::Scope scope(platform->services());
     int operation = 0;

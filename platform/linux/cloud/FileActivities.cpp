@@ -13,6 +13,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -22,7 +23,11 @@ namespace tessel {
 
 namespace {
 
+namespace fs = std::filesystem;
+
 constexpr std::size_t kMostBytes = 64 * 1024;
+// How long another process may take between writing its file and locking it.
+constexpr auto kLongestBeginning = std::chrono::minutes(1);
 
 std::optional<Error> makeFolder(const URL& folder)
 {
@@ -44,6 +49,21 @@ bool isCurrent(const URL& file)
 {
     const FileDescriptor descriptor(::open(file.path().c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
     return descriptor.isOpen() && ::flock(descriptor.get(), LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+}
+
+// What programs that were killed have left.
+void removeAbandoned(const URL& folder)
+{
+    removeAbandonedTemporaryFiles(folder);
+    std::error_code ended;
+    for (fs::directory_iterator entry(folder.path(), ended); !ended && entry != fs::directory_iterator();
+         entry.increment(ended)) {
+        std::error_code isGone;
+        const auto written = entry->last_write_time(isGone);
+        if (!isGone && written < fs::file_time_type::clock::now() - kLongestBeginning &&
+            !isCurrent(URL::file(entry->path().string())))
+            ::unlink(entry->path().c_str());
+    }
 }
 
 } // namespace
@@ -96,6 +116,8 @@ void FileActivities::keepCurrent()
     if (!account)
         return remove();
     auto error = makeFolder(folder_);
+    if (!written_.isOpen())
+        removeAbandoned(folder_);
     if (!error)
         error = writeFileAtomically(file_, keyedArchive::archived(Value::Dictionary{
                                                {"type", activity->type},
@@ -109,7 +131,6 @@ void FileActivities::keepCurrent()
 
 std::optional<URL> FileActivities::newestFileOfOthers() const
 {
-    namespace fs = std::filesystem;
     std::optional<URL> newest;
     fs::file_time_type newestTime;
     std::error_code ignored;

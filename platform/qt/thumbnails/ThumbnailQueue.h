@@ -26,7 +26,8 @@ public:
 
     /// @param makers how many thumbnails are made at the same time
     explicit ThumbnailQueue(ThumbnailCache, Maker = makeThumbnail, std::size_t makers = 2);
-    /// Drops the requests, and stops the making of those that are being worked on.
+    /// Drops the requests, and stops the making of those that are being worked on. What was made and is not kept yet
+    /// is made again another time.
     ~ThumbnailQueue();
     ThumbnailQueue(const ThumbnailQueue&) = delete;
     ThumbnailQueue& operator=(const ThumbnailQueue&) = delete;

@@ -58,6 +58,16 @@ protected:
                                                                        : throw std::runtime_error("late");
     }
 
+    // A thumbnail is kept some time after it was answered with; a queue that ends before does not keep it.
+    void waitUntilKept(std::string_view name) const
+    {
+        const auto end = std::chrono::steady_clock::now() + kPatience;
+        while (cache().find(*ThumbnailOriginal::at(bytes(name)), ThumbnailSize::Normal).isNull()) {
+            ASSERT_LT(std::chrono::steady_clock::now(), end);
+            std::this_thread::sleep_for(1ms);
+        }
+    }
+
     // Has the thread that makes wait at the gate, and calls `ask` while the thread that looks waits as well; on return,
     // whatever was asked for is known to be missing.
     void whileBusy(ThumbnailQueue& queue, const std::function<void()>& ask)
@@ -91,6 +101,7 @@ TEST_F(ThumbnailQueueTest, MakesAThumbnailOnceAndFindsItLater)
     {
         ThumbnailQueue queue(cache(), maker());
         EXPECT_EQ(answer(queue, "a.png").size(), QSize(100, 50));
+        waitUntilKept("a.png");
     }
     ThumbnailQueue queue(cache(), maker());
     EXPECT_EQ(answer(queue, "a.png").size(), QSize(100, 50));
