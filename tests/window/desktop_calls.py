@@ -163,6 +163,13 @@ def use(desktop):
     desktop.call(APPLICATION, "Activate", GLib.Variant("(a{sv})", (nothing,)))
     if len(desktop.alive()) != 1 or refused < 500:
         sys.exit(f"{len(desktop.alive())} programs run, and {refused} of 1000 calls were refused")
+    subprocess.run([desktop.program, "--console"], input=b"sign-out\n", check=True, stdout=subprocess.DEVNULL)
+    for method in ("GetInitialResultSet", "GetSubsearchResultSet", "GetResultMetas"):
+        before = [plans] if method == "GetSubsearchResultSet" else []
+        asked = plans if method == "GetResultMetas" else ["pla"]
+        kinds = "(asas)" if before else "(as)"
+        if told := desktop.call(SEARCH, method, GLib.Variant(kinds, (*before, asked))).unpack()[0]:
+            sys.exit(f"{method} tells {told} though nobody is signed in")
     for child in desktop.alive():
         child.terminate()
         if child.wait(PATIENCE) != 0:
