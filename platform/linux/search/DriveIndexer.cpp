@@ -173,23 +173,20 @@ void DriveIndexer::lookAtItems(const OpenedFolder& folder, Look look)
         return;
     begin();
     index_.setFolder(folder.path, settled(nanoseconds(changed->st_mtim)));
-    auto known = index_.itemsIn(folder.path);
-    const auto knownOf = [&](const std::string& name) {
-        const auto found = known.find(name);
-        return found == known.end() ? std::nullopt : std::optional(found->second);
-    };
-    std::set<std::string> gone;
-    for (const auto& [name, time] : known)
-        gone.insert(name);
+    auto gone = index_.itemsIn(folder.path);
+    const auto folders = index_.foldersIn(folder.path);
+    const std::set<std::string> knownFolders(folders.begin(), folders.end());
     for (const auto& name : names) {
-        if (setItem(folder, name, knownOf(name)))
-            gone.erase(name);
+        const auto known = gone.find(name);
+        const bool isFolder = !knownFolders.empty() && knownFolders.contains(folder.url.appending(name).path());
+        if (setItem(folder, name, {known == gone.end() ? 0 : known->second, isFolder}) && known != gone.end())
+            gone.erase(known);
         placeholders.erase(name);
     }
     for (const auto& [name, file] : placeholders)
         if (setPlaceholder(folder, file, name))
             gone.erase(name);
-    for (const auto& name : gone)
+    for (const auto& [name, time] : gone)
         removeItem(folder, name);
     for (const auto& inside : index_.foldersIn(folder.path))
         pending_.push_back({inside, look});
@@ -219,28 +216,29 @@ void DriveIndexer::lookAtName(const OpenedFolder& folder, const std::string& nam
 {
     const auto item = folder.url.appending(name);
     const std::string placeholder(placeholderURL(item).lastPathComponent());
-    if (!setItem(folder, name, std::nullopt) && !setPlaceholder(folder, placeholder, name))
+    const bool wasFolder = index_.changeTime(item.path()).has_value();
+    if (!setItem(folder, name, {0, wasFolder}) && !setPlaceholder(folder, placeholder, name))
         return removeItem(folder, name);
     // It may be another folder than the one that was known under this name.
     if (index_.changeTime(item.path()))
         pending_.push_front({item.path(), Look::AtItems});
 }
 
-bool DriveIndexer::setItem(const OpenedFolder& folder, const std::string& name, std::optional<std::int64_t> known)
+bool DriveIndexer::setItem(const OpenedFolder& folder, const std::string& name, const Known& known)
 {
     const auto status = folder.statusOf(name);
     if (!status)
         return false;
-    const auto url = folder.url.appending(name);
-    const bool isFolder = S_ISDIR(status->st_mode) && !services_.types.isPackageName(name);
-    if (isFolder && !index_.changeTime(url.path()))
-        index_.setFolder(url.path(), 0);
-    else if (!isFolder && index_.changeTime(url.path()))
-        forget(url.path());
     SearchIndex::Item item;
     item.changed = settled(nanoseconds(status->st_ctim));
-    if (known && *known == item.changed && *known != 0)
+    const bool isFolder = S_ISDIR(status->st_mode) && !services_.types.isPackageName(name);
+    if (known.changed == item.changed && item.changed != 0 && known.isFolder == isFolder)
         return true;
+    const auto url = folder.url.appending(name);
+    if (isFolder && !known.isFolder)
+        index_.setFolder(url.path(), 0);
+    else if (!isFolder && known.isFolder)
+        forget(url.path());
     item.tags = tagsOf(url);
     if (S_ISREG(status->st_mode) && status->st_size > 0 && isText(name))
         if (const auto identity = fileIdentity(url.path())) {

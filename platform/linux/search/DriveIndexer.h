@@ -50,9 +50,13 @@ private:
     void lookAtItems(const OpenedFolder&, Look);
     void lookAtNames(const std::string& path, const std::set<std::string>& names);
     void lookAtName(const OpenedFolder&, const std::string& name);
-    /// @param known when the item had changed last, as it was known
+    /// What the index knows of an item.
+    struct Known {
+        std::int64_t changed = 0; ///< 0 to have it compared
+        bool isFolder = false;
+    };
     /// @returns whether there is something
-    bool setItem(const OpenedFolder&, const std::string& name, std::optional<std::int64_t> known);
+    bool setItem(const OpenedFolder&, const std::string& name, const Known&);
     bool setPlaceholder(const OpenedFolder&, const std::string& file, const std::string& name);
     void removeItem(const OpenedFolder&, const std::string& name);
     void forget(const std::string& folder);

@@ -154,22 +154,35 @@ SearchIndex::ChangeTimes SearchIndex::itemsIn(const std::string& folder) const
 
 void SearchIndex::setItem(const std::string& folder, const std::string& name, const Item& item)
 {
-    const auto number = folderNumber(folder);
-    if (!number)
-        return;
     const auto document = documentNumber(item);
-    auto known = database_.prepare("SELECT id, tags, document FROM items WHERE folder = ? AND name = ?");
-    if (step(known.bindNumber(*number).bind(name)) == Statement::Step::Row) {
-        if (known.bytes(1) == item.tags && known.number(2) == document) {
-            auto update = database_.prepare("UPDATE items SET changed = ? WHERE id = ?");
-            return run(update.bindNumber(item.changed).bindNumber(known.number(0)));
-        }
+    if (addItem(folder, name, item, document))
+        return;
+    auto known = database_.prepare("SELECT items.id, tags, document FROM items JOIN folders "
+                                   "ON items.folder = folders.id WHERE path = ? AND name = ?");
+    if (step(known.bind(folder).bind(name)) != Statement::Step::Row)
+        return;
+    if (known.bytes(1) != item.tags || known.number(2) != document) {
         remove(known.number(0), name, known.bytes(1), known.number(2));
+        (void)addItem(folder, name, item, document);
+        return;
     }
-    auto insert = database_.prepare("INSERT INTO items(folder, name, tags, changed, document) VALUES(?, ?, ?, ?, ?)");
-    run(insert.bindNumber(*number).bind(name).bind(item.tags).bindNumber(item.changed).bindNumber(document));
-    auto words = database_.prepare("INSERT INTO words(rowid, name, tags) VALUES(last_insert_rowid(), ?, ?)");
-    run(words.bind(name).bind(item.tags));
+    auto update = database_.prepare("UPDATE items SET changed = ? WHERE id = ?");
+    run(update.bindNumber(item.changed).bindNumber(known.number(0)));
+}
+
+/// @returns false when there is one of this name, or no such folder
+bool SearchIndex::addItem(const std::string& folder, const std::string& name, const Item& item,
+                          std::int64_t document) const
+{
+    auto insert = database_.prepare("INSERT INTO items(folder, name, tags, changed, document) "
+                                    "SELECT id, ?, ?, ?, ? FROM folders WHERE path = ? ON CONFLICT DO NOTHING "
+                                    "RETURNING id");
+    insert.bind(name).bind(item.tags).bindNumber(item.changed).bindNumber(document).bind(folder);
+    if (step(insert) != Statement::Step::Row)
+        return false;
+    auto words = database_.prepare("INSERT INTO words(rowid, name, tags) VALUES(?, ?, ?)");
+    run(words.bindNumber(insert.number(0)).bind(name).bind(item.tags));
+    return true;
 }
 
 void SearchIndex::removeItem(const std::string& folder, const std::string& name)

@@ -80,6 +80,7 @@ private:
     void run(Statement&) const;
     [[nodiscard]] std::optional<std::int64_t> folderNumber(const std::string& folder) const;
     [[nodiscard]] std::int64_t documentNumber(const Item&) const;
+    bool addItem(const std::string& folder, const std::string& name, const Item&, std::int64_t document) const;
     void remove(std::int64_t item, const std::string& name, const std::string& tags, std::int64_t document);
     void forgetTextIfUnused(std::int64_t document) const;
     void collect(const char* question, const std::string& match, int limit, std::vector<std::string>& found) const;

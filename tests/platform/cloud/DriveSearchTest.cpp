@@ -259,6 +259,10 @@ TEST_F(DriveSearchTest, BeginsAgainWithADamagedIndex)
     }
     EXPECT_TRUE(hasLogged("The search's index is set aside and made anew: It is damaged"));
     EXPECT_TRUE(fs::exists(file.path() + ".damaged"));
+    fs::resize_file(file.path(), std::uintmax_t{5} << 30);
+    search.refresh();
+    EXPECT_TRUE(hasLogged("The search's index is set aside and made anew: It is too large"));
+    EXPECT_THAT(find({"plan", "299"}), ElementsAre("Plan 299.txt"));
 }
 
 // Another program that keeps the same index goes on meanwhile, or is killed somewhere on its way.
