@@ -41,20 +41,25 @@ void UnifiedLog::removeSink(const std::shared_ptr<LogSink>& sink)
     updateEnabledTypes();
 }
 
+/// Describing takes place outside the lock: it may take long.
 void UnifiedLog::writeLine(LogLevel level, std::string_view format, std::span<const Argument> arguments)
 {
-    const auto now = clock_.now();
-    std::optional<std::string> redacted;
-    std::optional<std::string> complete;
-    const std::lock_guard lock(mutex_);
-    for (const auto& sink : sinks_) {
-        if (level < sink->minimumLevel)
-            continue;
-        auto& line = sink->showsPrivateArguments ? complete : redacted;
-        if (!line)
-            line = formatted(format, arguments, sink->showsPrivateArguments);
-        sink->write(now, level, *line);
+    std::array<bool, 2> wanted = {};
+    {
+        const std::lock_guard lock(mutex_);
+        for (const auto& sink : sinks_)
+            if (level >= sink->minimumLevel)
+                wanted[sink->showsPrivateArguments ? 1 : 0] = true;
     }
+    std::array<std::optional<std::string>, 2> lines;
+    for (const bool showsPrivate : {false, true})
+        if (wanted[showsPrivate ? 1 : 0])
+            lines[showsPrivate ? 1 : 0] = formatted(format, arguments, showsPrivate);
+    const auto now = clock_.now();
+    const std::lock_guard lock(mutex_);
+    for (const auto& sink : sinks_)
+        if (const auto& line = lines[sink->showsPrivateArguments ? 1 : 0]; line && level >= sink->minimumLevel)
+            sink->write(now, level, *line);
 }
 
 std::string UnifiedLog::formatted(std::string_view format, std::span<const Argument> arguments, bool showsPrivate)
@@ -69,7 +74,7 @@ std::string UnifiedLog::formatted(std::string_view format, std::span<const Argum
             line += '%';
         } else if (!step.placeholder.empty()) {
             if (showsPrivate || argument->isPublic || step.placeholder == "%{public}@")
-                line += escapingControlCharacters(argument->text);
+                line += escapingControlCharacters(argument->describe(argument->value));
             else
                 line += "<private>";
             ++argument;

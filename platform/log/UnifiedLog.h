@@ -61,8 +61,8 @@ public:
     template <typename... Arguments>
     void write(LogLevel level, LogFormat<std::type_identity_t<Arguments>...> format, const Arguments&... arguments)
     {
-        const Argument described[] = {Argument{describeArgument(arguments), isPublic<Arguments>}...};
-        writeLine(level, format.view(), described);
+        const Argument erased[] = {Argument{&arguments, &describeArgument<Arguments>, isPublic<Arguments>}...};
+        writeLine(level, format.view(), erased);
     }
 
     void addSink(std::shared_ptr<LogSink>);
@@ -74,8 +74,10 @@ public:
     [[nodiscard]] std::string_view activityLabel() const { return activityLabel_; }
 
 private:
+    /// A value that is described where a line shows it: there may be a hundred thousand URLs that none does.
     struct Argument {
-        std::string text;
+        const void* value;
+        std::string (*describe)(const void*);
         bool isPublic; ///< whatever the placeholder says
     };
 
@@ -84,8 +86,9 @@ private:
         std::same_as<std::decay_t<Type>, StaticText> || std::is_arithmetic_v<std::decay_t<Type>>;
 
     template <typename Type>
-    static std::string describeArgument(const Type& argument)
+    static std::string describeArgument(const void* value)
     {
+        const auto& argument = *static_cast<const Type*>(value);
         if constexpr (std::convertible_to<Type, std::string_view>)
             return std::string(std::string_view(argument));
         else

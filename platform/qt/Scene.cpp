@@ -87,8 +87,9 @@ void Scene::open(Shell& shell)
     QQmlComponent component(&engine_, urlOf(kFirstFiles[0]));
     engine_.rootContext()->setContextProperty("shell", &shell);
     const auto bounds = platform::installed().device.screenBounds();
-    auto* const root =
-        component.createWithInitialProperties({{"width", qRound(bounds.width)}, {"height", qRound(bounds.height)}});
+    auto* const root = component.isReady() ? component.createWithInitialProperties(
+                                                 {{"width", qRound(bounds.width)}, {"height", qRound(bounds.height)}})
+                                           : nullptr;
     for (const auto& error : component.errors())
         qWarning().noquote() << error.toString();
     window_.reset(qobject_cast<QQuickWindow*>(root));

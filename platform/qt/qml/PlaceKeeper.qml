@@ -15,7 +15,7 @@ Item {
     // Where to go as soon as there is that row; where the list was when its width changed.
     property real wanted: 0
     property real held: -1
-    property real last: 0
+    property real last: 0 // also when the preview is covered, and knows of none
 
     visible: false
     onPreviewChanged: {
@@ -41,14 +41,14 @@ Item {
 
     function hold() {
         if (held < 0)
-            held = last
+            held = last || (preview?.place() ?? 0)
         Qt.callLater(letGo)
     }
 
     function letGo() {
         const place = held
         held = -1
-        if (place > 0)
+        if (place > 0 && wanted <= 0)
             go(place)
     }
 

@@ -28,8 +28,9 @@ QtObject {
             view.positionViewAtIndex(row, ListView.Beginning)
     }
 
+    // Also called when it is being taken down, and has no functions of its own any more.
     function tell() {
-        if (typeof list?.setVisibleRange !== "function")
+        if (typeof list?.setVisibleRange !== "function" || typeof rowAt !== "function")
             return
         if (covered || count === 0) {
             list.setVisibleRange(0, 0)

@@ -212,7 +212,8 @@ TEST_F(PreviewPageTest, BeginsAtThePlaceThatTheControllerKnowsAndTellsWhereTheUs
     const auto at = [this] { return item("pageList")->property("contentY").toDouble(); };
     const auto before = at();
     scene->window()->resize(scene->window()->width() + 100, scene->window()->height());
-    EXPECT_TRUE(becomes([&] { return at() != before && label() == "Page 7 of 12"; })) << "of larger pages the same";
+    EXPECT_TRUE(becomes([&] { return at() != before && label() == "Page 7 of 12"; }))
+        << "of larger pages the same: " << label().toString().toStdString() << " at " << at() << ", was at " << before;
     EXPECT_NEAR(preview->place(), 6.1, 0.02);
 
     platform.turn(1);
