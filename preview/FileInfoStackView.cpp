@@ -64,8 +64,10 @@ std::optional<AttributedText> FileInfoStackView::buildTagsWithImagesString(const
     if (!tags || tags->empty())
         return std::nullopt;
     const auto metrics = platform::installed().device.textMeasurer().metrics(font);
-    const Size imageSize{metrics.capHeight + 2, metrics.lineHeight};
-    const Point offset{0, metrics.ascender - metrics.capHeight + 1};
+    constexpr double kGap = 2; // between image and name
+    const Size imageSize{metrics.capHeight + kGap, metrics.lineHeight};
+    const bool isMirrored = platform::installed().device.layoutDirection == LayoutDirection::RightToLeft;
+    const Point offset{isMirrored ? kGap : 0, metrics.ascender - metrics.capHeight + 1};
     const TextAttributes attributes{metrics.descender};
     AttributedText text;
     for (const auto& tag : *tags) {

@@ -24,6 +24,7 @@ KeyboardMotion motionFrom(const QRectF& frame)
 
 OnScreenKeyboard::OnScreenKeyboard(QObject* parent) : QObject(parent)
 {
+    setObjectName("onScreenKeyboard");
     const auto* const inputMethod = QGuiApplication::inputMethod();
     connect(inputMethod, &QInputMethod::visibleChanged, this, &OnScreenKeyboard::look);
     connect(inputMethod, &QInputMethod::keyboardRectangleChanged, this, &OnScreenKeyboard::look);

@@ -122,13 +122,13 @@ Size AttributedText::measured(const TextMeasurer& measurer, const Font& font, do
     Lines lines(width, most);
     double gap = 0; // the blanks before what comes next
     for (const auto& run : runs_) {
-        const auto offset = run.attributes.baselineOffset;
         if (run.attachment) {
             const auto& size = run.attachment->size();
             lines.beginPiece(gap);
-            lines.extendPiece(std::ceil(size.width), {std::ceil(size.height) + offset, -offset});
+            lines.extendPiece(std::ceil(size.width), {std::ceil(size.height), 0});
             gap = 0;
         }
+        const auto offset = run.attributes.baselineOffset;
         for (const auto& word : wordsOf(run.text)) {
             gap += blank * static_cast<double>(word.blanks);
             if (word.text.empty())

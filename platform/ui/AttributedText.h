@@ -11,7 +11,7 @@ namespace tessel {
 
 /// How a part of a text looks.
 struct TextAttributes {
-    double baselineOffset = 0; ///< points that it is raised by
+    double baselineOffset = 0; ///< points that text is raised by; images stay where they are
 
     friend bool operator==(const TextAttributes&, const TextAttributes&) = default;
 };

@@ -160,7 +160,16 @@ const Lines kSheet = {"tap Presentations", "tap Action sheet"};
 const Lines kDocuments = {"tap Documents"};
 // Of a document whose dates are always the same.
 const Lines kDetails = {"tap Documents", "swipe -200 Contract.pdf", "tap More", "tap Info"};
+const Lines kMirroredDetails = {"tap Documents", "swipe 200 Contract.pdf", "tap المزيد", "tap معلومات"};
+const Lines kLongName = {"tap Documents", "swipe -200 Contract.pdf",
+                         "tap More",      "tap Info",
+                         "tap Name",      "key Ctrl+A",
+                         "key Del",       "type Contract between the tenant and the association, of the year 2026",
+                         "key Return"};
 const Lines kRename = {"tap Documents", "swipe -200 Contract.pdf", "tap More", "tap Info", "tap Name"};
+const Lines kKeyboard = {"tap Documents", "swipe -200 Contract.pdf", "tap More", "tap Info", "tap Name",
+                         "keyboard 260"};
+const Lines kDelete = {"tap Documents", "tap Select", "tap Plan.txt", "tap Notes.md", "tap Delete"};
 const Lines kShare = {"tap Documents", "swipe -200 Contract.pdf", "tap More", "tap Share"};
 const Lines kMove = {"tap Documents", "swipe -200 Photos", "tap More", "tap Move"};
 
@@ -184,6 +193,17 @@ INSTANTIATE_TEST_SUITE_P(
         Screen{.name = "phone-details", .commands = kDetails, .environment = {"TZ=UTC"}},
         Screen{.name = "phone-rename", .width = 667, .height = 375, .commands = kRename, .environment = {"TZ=UTC"}},
         Screen{.name = "tablet-details", .width = 1024, .height = 768, .commands = kDetails, .environment = {"TZ=UTC"}},
+        Screen{
+            .name = "tablet-details-mirrored",
+            .width = 768,
+            .height = 1024,
+            .commands = kMirroredDetails,
+            .environment = {"LC_ALL=ar_EG.UTF-8", "TZ=UTC"},
+        },
+        Screen{.name = "phone-details-long-name", .commands = kLongName, .environment = {"TZ=UTC"}},
+        Screen{.name = "phone-details-keyboard", .commands = kKeyboard, .environment = {"TZ=UTC"}},
+        Screen{.name = "phone-delete", .commands = kDelete},
+        Screen{.name = "phone-new-folder", .commands = {"tap Documents", "tap Select", "tap New Folder"}},
         Screen{.name = "phone-offer", .hasOffer = true},
         Screen{.name = "phone-move", .commands = kMove, .environment = {"TZ=UTC"}},
         Screen{.name = "tablet-move-dark",

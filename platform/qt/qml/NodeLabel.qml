@@ -15,6 +15,7 @@ Text {
     elide: node?.elide ?? Text.ElideRight
     maximumLineCount: node?.lines > 0 ? node.lines : 10000
     wrapMode: node?.lines === 1 ? Text.NoWrap : Text.Wrap
+    LayoutMirroring.enabled: textFormat === Text.PlainText && shell.mirrored // rich text has a direction of its own
     clip: textFormat === Text.RichText // which is never elided
     Accessible.role: Accessible.StaticText
     Accessible.name: node?.accessibleName || node?.text || ""

@@ -84,7 +84,9 @@ QtTextMeasurer::~QtTextMeasurer() = default;
 FontMetrics QtTextMeasurer::metrics(const Font& font) const
 {
     const QFontMetricsF metrics(systemFont(font));
-    return {metrics.ascent(), metrics.descent(), metrics.capHeight(), lineHeight(systemFont(font))};
+    // Of the font that has the letter: fonts of other scripts tell a height that none of their own has.
+    const auto capHeight = metrics.tightBoundingRect("H").height();
+    return {metrics.ascent(), metrics.descent(), capHeight, lineHeight(systemFont(font))};
 }
 
 Size QtTextMeasurer::measure(std::string_view text, const Font& font, double width, std::size_t lines) const

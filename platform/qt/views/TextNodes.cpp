@@ -7,6 +7,7 @@
 #include "platform/ui/Device.h"
 #include "platform/ui/Label.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace tessel::qt {
@@ -22,10 +23,25 @@ QString symbolOf(const std::optional<Image>& image)
 /// In whole points, for others are not read.
 QString imageElement(const Image& image, bool dark)
 {
-    return QStringLiteral(R"(<img src="%1" width="%2" height="%3" style="vertical-align: middle">)")
+    return QStringLiteral(R"(<img src="%1" width="%2" height="%3">)")
         .arg(imageSource(image, dark).toHtmlEscaped())
         .arg(std::ceil(image.size().width))
         .arg(std::ceil(image.size().height));
+}
+
+/// Rich text cannot be raised: what of an image would be below a text that is stays away.
+Image aboveBaseline(const Image& image, double baselineOffset)
+{
+    const auto& [width, height] = image.size();
+    return baselineOffset > 0 && image.drawing()
+               ? Image::drawn(image.drawing(), {width, std::ceil(height - baselineOffset)})
+               : image;
+}
+
+double baselineOffsetOf(const AttributedText& text)
+{
+    const auto run = std::ranges::find_if(text.runs(), [](const auto& each) { return !each.attachment; });
+    return run == text.runs().end() ? 0 : run->attributes.baselineOffset;
 }
 
 /// Blanks would be shown as one.
@@ -68,10 +84,12 @@ QString LabelNode::richText() const
     const auto label = this->label();
     if (!label || !label->attributedText())
         return {};
-    QString rich;
+    const bool isMirrored = platform::installed().device.layoutDirection == LayoutDirection::RightToLeft;
+    auto rich = QStringLiteral(R"(<div dir="%1">)").arg(isMirrored ? "rtl" : "ltr");
+    const auto offset = baselineOffsetOf(*label->attributedText());
     for (const auto& run : label->attributedText()->runs())
-        rich += run.attachment ? imageElement(*run.attachment, dark()) : escaped(run.text);
-    return rich;
+        rich += run.attachment ? imageElement(aboveBaseline(*run.attachment, offset), dark()) : escaped(run.text);
+    return rich + "</div>";
 }
 
 QFont LabelNode::font() const

@@ -4,6 +4,9 @@
 #include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QImage>
+#include <QQmlComponent>
+#include <QQmlContext>
+#include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QSocketNotifier>
@@ -162,6 +165,8 @@ Driver::Reason Driver::execute(const QString& word, const QString& argument)
         return type(argument);
     if (word == "resize")
         return resize(number, others.toInt());
+    if (word == "keyboard")
+        return keyboard(number);
     if (word == "grab")
         return grab(argument);
     return "unknown word \"" + word + "\"";
@@ -274,6 +279,28 @@ Driver::Reason Driver::resize(int width, int height) const
 {
     window()->resize(width, height);
     return std::nullopt;
+}
+
+Driver::Reason Driver::keyboard(int height)
+{
+    const QRectF frame(0, window()->height() - height, window()->width(), height);
+    for (auto* const item : visibleItems()) {
+        const auto* const context = qmlContext(item);
+        const auto* const shell = context ? context->contextProperty("shell").value<QObject*>() : nullptr;
+        auto* const keyboard = shell ? shell->findChild<QObject*>("onScreenKeyboard") : nullptr;
+        if (!keyboard)
+            continue;
+        QQmlComponent component(context->engine());
+        component.setData("import QtQuick; Rectangle { color: 'silver'; z: 1000 }", {});
+        auto* const picture = qobject_cast<QQuickItem*>(component.create());
+        picture->setParent(window());
+        picture->setParentItem(window()->contentItem());
+        picture->setPosition(frame.topLeft());
+        picture->setSize(frame.size());
+        QMetaObject::invokeMethod(keyboard, "moved", Q_ARG(QRectF, frame));
+        return std::nullopt;
+    }
+    return "nobody to tell";
 }
 
 Driver::Reason Driver::grab(const QString& file) const

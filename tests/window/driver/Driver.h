@@ -40,6 +40,8 @@ private:
     Reason key(const QString& sequence) const;
     Reason type(const QString& text) const;
     Reason resize(int width, int height) const;
+    /// Puts a keyboard over the lower part of the window.
+    static Reason keyboard(int height);
     Reason grab(const QString& file) const;
     Reason focus() const;
 
