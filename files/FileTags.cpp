@@ -15,6 +15,7 @@ namespace {
 
 constexpr const char* kDictionaryKey = "TrovelTagDict";
 constexpr std::uint64_t kVersion = 2;
+constexpr double kLargestNumber = 1e15; // larger ones are no numbers of anything
 
 /// What is known of the tags, for as long as the platform stands under which it was read.
 struct State {
@@ -32,7 +33,11 @@ State& state()
 std::uint64_t unsignedNumber(const Value::Dictionary& dictionary, const char* key)
 {
     const auto found = dictionary.find(key);
-    const auto* number = found == dictionary.end() ? nullptr : found->second.get<std::int64_t>();
+    if (found == dictionary.end())
+        return 0;
+    if (const auto* real = found->second.get<double>()) // somebody wrote 2.0
+        return *real >= 1 && *real < kLargestNumber ? static_cast<std::uint64_t>(*real) : 0;
+    const auto* number = found->second.get<std::int64_t>();
     return number ? static_cast<std::uint64_t>(*number) : 0;
 }
 

@@ -168,10 +168,7 @@ void PreviewItemManager::showWarningAndDeleteDocument(const std::shared_ptr<View
 // The item was said to be deleted, and then was not.
 void PreviewItemManager::showDeletionError(const Error& error, const std::shared_ptr<ViewController>& controller)
 {
-    if (!isRegistered()) {
-        deletionFailed_ = true;
-        registerAsFilePresenter();
-    }
+    deletionFailed_ = isLeaving_;
     UIUtils::showError(error, controller);
 }
 

@@ -10,6 +10,7 @@
 #include "platform/files/FilePresenter.h"
 #include "platform/run/OperationQueue.h"
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -128,6 +129,7 @@ private:
     std::shared_ptr<DRItem> item_;
     std::shared_ptr<FilenamePrompt> folderPrompt_; ///< the last one
     bool hasResigned_ = false;                     ///< the program has, and was not active since
+    std::atomic<bool> isLeaving_ = false;          ///< the item was said to be deleted, and is still shown
     bool deletionFailed_ = false;                  ///< of the item, for which the preview is about to be left
     mutable std::mutex mutex_;                     ///< of all that follows up to the queue
     std::optional<URL> itemURL_;                   ///< of `item_`

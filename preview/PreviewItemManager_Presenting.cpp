@@ -273,6 +273,7 @@ void PreviewItemManager::accommodatePresentedItemDeletionWithCompletionHandler(c
 {
     TSD_FUNCTION("-[PreviewItemManager accommodatePresentedItemDeletionWithCompletionHandler:]");
     TSD_INFO("Accommodate deletion: %@", itemURL());
+    isLeaving_ = true; // who deletes goes on, and perhaps fails, as soon as it has its answer
     completion(std::nullopt);
     unregisterAsFilePresenter();
     // No copy stays behind on this thread: its queue cannot end on it.
@@ -283,7 +284,13 @@ void PreviewItemManager::accommodatePresentedItemDeletionWithCompletionHandler(c
 void PreviewItemManager::leavePreview()
 {
     const auto navigation = navigationController.lock();
-    if (std::exchange(deletionFailed_, false) || !navigation)
+    isLeaving_ = false;
+    if (std::exchange(deletionFailed_, false)) {
+        if (!hasResigned_)
+            registerAsFilePresenter();
+        return;
+    }
+    if (!navigation)
         return;
     const auto peek = std::dynamic_pointer_cast<PeekController>(navigation->visibleViewController());
     if (peek && shows(peek->topViewController()))

@@ -47,7 +47,7 @@ TEST_F(FileTagsTest, FollowTheStore)
     EXPECT_THAT(FileTags::tagColorsByTag(), IsEmpty());
     EXPECT_THAT(platform.log->lines(), ElementsAre(kEmpty));
 
-    store(dictionary("2", R"({"n": "Work", "l": 4}, {"n": "Red", "l": 6}, {"n": "Work", "l": 2}, {"l": 3}, 7,
+    store(dictionary("2.0", R"({"n": "Work", "l": 4.0}, {"n": "Red", "l": 6}, {"n": "Work", "l": 2}, {"l": 3}, 7,
                              {"n": "Nine", "l": 9}, {"n": "None"}, {"n": "Below", "l": -1})"));
     ASSERT_TRUE(awaitTags({"Work", "Red", "Work", "Nine", "None", "Below"}));
     const auto colors = FileTags::tagColorsByTag();

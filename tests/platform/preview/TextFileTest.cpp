@@ -140,7 +140,7 @@ TEST_F(TextFileTest, RowsAreWhereTheyWereFound)
     const auto extent = findAll(*text);
     EXPECT_EQ(extent.rows, 200'000U);
     EXPECT_TRUE(extent.isWhole);
-    for (const std::size_t block : {0, 1, 390, 780}) {
+    for (const std::size_t block : {0U, 1U, 390U, 780U}) {
         const auto rows = text->readBlock(block);
         ASSERT_THAT(rows, SizeIs(256)) << block;
         for (std::size_t row = 0; row < rows.size(); ++row)
