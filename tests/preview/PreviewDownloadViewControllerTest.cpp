@@ -33,6 +33,12 @@ protected:
         window->makeKeyAndVisible();
         platform.settle();
     }
+    // What follows a download holds its view until that disappears.
+    ~PreviewDownloadViewControllerTest() override
+    {
+        navigation->setViewControllers({}, Animated::No);
+        platform.settle();
+    }
 
     [[nodiscard]] std::shared_ptr<DRItem> placeholder(const std::string& name) const
     {
