@@ -4,6 +4,7 @@
 #include "platform/cloud/CloudService.h"
 #include "platform/linux/base/ErrnoError.h"
 #include "platform/linux/files/AtomicFile.h"
+#include "platform/linux/files/Uninterrupted.h"
 #include "platform/log/UnifiedLog.h"
 #include "platform/text/GeneralError.h"
 
@@ -36,11 +37,12 @@ std::optional<Error> makeFolder(const URL& folder)
     return errnoError(errno, folder);
 }
 
+// Waits for another instance that is just asking.
 FileDescriptor locked(const URL& file)
 {
     FileDescriptor descriptor(::open(file.path().c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
     if (descriptor.isOpen())
-        (void)::flock(descriptor.get(), LOCK_EX | LOCK_NB);
+        (void)uninterrupted([&] { return ::flock(descriptor.get(), LOCK_EX); });
     return descriptor;
 }
 
